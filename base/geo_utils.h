@@ -1,0 +1,29 @@
+#ifndef VOREL_BASE_GEO_UTILS_H_
+#define VOREL_BASE_GEO_UTILS_H_
+
+#include "base/export.h"
+#include "base/geo_coordinate.h"
+
+namespace tarvo {
+namespace kx {
+
+class VOREL_EXPORT GeoUtils {
+ public:
+  GeoUtils() = delete;
+
+  /// Direction in which the great circle from `a` to `b` starts, in radians, clockwise from north.
+  ///
+  /// @param a, b  degrees
+  /// @return [0, 2 pi), never 2 pi itself; 0 for equal points; NaN when a coordinate is NaN or infinite and the
+  ///         points differ
+  /// Cost: three sines and cosines and one atan2.
+  /// Formula: spherical trigonometry, the four-parts (cotangent) formula.
+  static double GetRadianNorth(const GeoCoordinate& a, const GeoCoordinate& b);
+};
+
+}  // namespace kx
+}  // namespace tarvo
+
+namespace kx = tarvo::kx;
+
+#endif  // VOREL_BASE_GEO_UTILS_H_
