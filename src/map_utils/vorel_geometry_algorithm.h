@@ -288,7 +288,7 @@ class VOREL_EXPORT VorelGeometryAlgorithm {
   /// Length of the part of a line from vertex `from` to vertex `to`: the end is inclusive. See `GetDistance` for an
   /// exclusive one.
   ///
-  /// @param line  degrees; heights take no part; an empty line gives 0. At most 4294967295 points
+  /// @param line  degrees; heights take no part; an empty line gives 0
   /// @param from  index of the first vertex; any value
   /// @param to    index of the last vertex; clamped to the last one of the line
   /// @return metres; 0 for an empty part; NaN when the distance of a segment of the part is
