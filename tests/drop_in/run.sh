@@ -70,4 +70,17 @@ else
   echo "aarch64: skipped, needs aarch64-linux-gnu-g++ and qemu-aarch64"
 fi
 
+# Every source refuses relaxed arithmetic with a message of its own.
+for compiler in g++ clang++; do
+  for flag in -ffast-math -Ofast -ffinite-math-only; do
+    for source in $sources; do
+      message=$("$compiler" -std=c++17 -I. -Isrc "$flag" -fsyntax-only "$source" 2>&1) && message=accepted
+      case $message in
+        *"needs exact IEEE arithmetic"*) ;;
+        *) echo "$compiler $flag $source: not refused"; failures=$((failures + 1)) ;;
+      esac
+    done
+  done
+done
+
 exit "$((failures > 0))"
