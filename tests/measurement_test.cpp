@@ -41,8 +41,8 @@ const LineZ& FiveVerticesZ() {
   static const LineZ line{{7.5, 47.5, 400.0f},
                           {7.5013, 47.5, 410.0f},
                           {7.5013, 47.53, 390.0f},
-                          {7.5019, 47.5304, 500.0f},
-                          {7.73, 47.61, 0.0f}};
+                          {7.5024, 47.5304, 500.0f},
+                          {7.53, 47.511, 0.0f}};
   return line;
 }
 
@@ -100,26 +100,21 @@ TEST_P(GetDistanceEdges, Hold) {
   EXPECT_TRUE(SameBits(length, Sum(c.first, c.last)));
 }
 
-INSTANTIATE_TEST_SUITE_P(All, GetDistanceEdges,
-                         testing::Values(RangeCase{"WholeLine", 0, kMaxIndex, 0, 4},
-                                         RangeCase{"WholeLineByCount", 0, 5, 0, 4},
-                                         RangeCase{"EndBeyondCount", 0, 6, 0, 4},
-                                         RangeCase{"EndJustBelowTheMark", 0, kMaxIndex - 1, 0, 4},
-                                         RangeCase{"EndIsExclusive", 0, 4, 0, 3},
-                                         RangeCase{"OneSegment", 1, 3, 1, 2},
-                                         RangeCase{"EndOneBehindStart", 1, 2, 0, 0},
-                                         RangeCase{"EndAtStart", 2, 2, 0, 0},
-                                         RangeCase{"EndBeforeStart", 3, 1, 0, 0},
-                                         RangeCase{"EndZero", 0, 0, 0, 0},
-                                         RangeCase{"TailByMark", 3, kMaxIndex, 3, 4},
-                                         RangeCase{"FromLastVertex", 4, kMaxIndex, 0, 0},
-                                         RangeCase{"FromCount", 5, kMaxIndex, 0, 0},
-                                         RangeCase{"FromBeyondCount", 6, kMaxIndex, 0, 0},
-                                         RangeCase{"FromLargest", kMaxIndex, kMaxIndex, 0, 0},
-                                         RangeCase{"FromLargestToVertex", kMaxIndex, 3, 0, 0},
-                                         RangeCase{"FromLargestToZero", kMaxIndex, 0, 0, 0},
-                                         RangeCase{"FromJustBelowLargest", kMaxIndex - 1, kMaxIndex, 0, 0}),
-                         NameOf);
+INSTANTIATE_TEST_SUITE_P(
+    All, GetDistanceEdges,
+    testing::Values(
+        RangeCase{"WholeLine", 0, kMaxIndex, 0, 4}, RangeCase{"WholeLineByCount", 0, 5, 0, 4},
+        RangeCase{"EndBeyondCount", 0, 6, 0, 4}, RangeCase{"EndJustBelowTheMark", 0, kMaxIndex - 1, 0, 4},
+        RangeCase{"EndIsExclusive", 0, 4, 0, 3}, RangeCase{"OneSegment", 1, 3, 1, 2},
+        RangeCase{"EndOneBehindStart", 1, 2, 0, 0}, RangeCase{"EndAtStart", 2, 2, 0, 0},
+        RangeCase{"EndBeforeStart", 3, 1, 0, 0}, RangeCase{"EndZero", 0, 0, 0, 0},
+        RangeCase{"TailByMark", 3, kMaxIndex, 3, 4}, RangeCase{"FromLastVertex", 4, kMaxIndex, 0, 0},
+        RangeCase{"FromCount", 5, kMaxIndex, 0, 0}, RangeCase{"FromBeyondCount", 6, kMaxIndex, 0, 0},
+        RangeCase{"FromLargest", kMaxIndex, kMaxIndex, 0, 0},
+        RangeCase{"FromLargestToVertex", kMaxIndex, 3, 0, 0},
+        RangeCase{"FromLargestToZero", kMaxIndex, 0, 0, 0},
+        RangeCase{"FromJustBelowLargest", kMaxIndex - 1, kMaxIndex, 0, 0}),
+    NameOf);
 
 TEST(GetDistance, GivesZeroWithoutTwoPoints) {
   EXPECT_TRUE(SameBits(Algorithm::GetDistance(nullptr, 5, 0, kMaxIndex), 0.0));
@@ -143,20 +138,16 @@ TEST_P(GetDistanceByVectorEdges, HoldForBothKindsOfPoint) {
   EXPECT_TRUE(SameBits(Algorithm::GetDistanceByVector(FiveVerticesZ(), c.from, c.to), Sum(c.first, c.last)));
 }
 
-INSTANTIATE_TEST_SUITE_P(All, GetDistanceByVectorEdges,
-                         testing::Values(RangeCase{"WholeLine", 0, 4, 0, 4},
-                                         RangeCase{"EndIsInclusive", 1, 2, 1, 2},
-                                         RangeCase{"EndAtSize", 0, 5, 0, 4},
-                                         RangeCase{"EndBeyondSize", 2, 17, 2, 4},
-                                         RangeCase{"LargestEnd", 0, kMaxIndex, 0, 4},
-                                         RangeCase{"EndAtStart", 2, 2, 0, 0},
-                                         RangeCase{"EndBeforeStart", 3, 1, 0, 0},
-                                         RangeCase{"LastSegment", 3, 4, 3, 4},
-                                         RangeCase{"FromLastVertex", 4, 5, 0, 0},
-                                         RangeCase{"FromBeyondSize", 6, 9, 0, 0},
-                                         RangeCase{"FromLargest", kMaxIndex, kMaxIndex, 0, 0},
-                                         RangeCase{"FromJustBelowLargest", kMaxIndex - 1, kMaxIndex, 0, 0}),
-                         NameOf);
+INSTANTIATE_TEST_SUITE_P(
+    All, GetDistanceByVectorEdges,
+    testing::Values(RangeCase{"WholeLine", 0, 4, 0, 4}, RangeCase{"EndIsInclusive", 1, 2, 1, 2},
+                    RangeCase{"EndAtSize", 0, 5, 0, 4}, RangeCase{"EndBeyondSize", 2, 17, 2, 4},
+                    RangeCase{"LargestEnd", 0, kMaxIndex, 0, 4}, RangeCase{"EndAtStart", 2, 2, 0, 0},
+                    RangeCase{"EndBeforeStart", 3, 1, 0, 0}, RangeCase{"LastSegment", 3, 4, 3, 4},
+                    RangeCase{"FromLastVertex", 4, 5, 0, 0}, RangeCase{"FromBeyondSize", 6, 9, 0, 0},
+                    RangeCase{"FromLargest", kMaxIndex, kMaxIndex, 0, 0},
+                    RangeCase{"FromJustBelowLargest", kMaxIndex - 1, kMaxIndex, 0, 0}),
+    NameOf);
 
 TEST(GetDistanceByVector, GivesZeroForAnEmptyLine) {
   EXPECT_TRUE(SameBits(Algorithm::GetDistanceByVector(Line(), 0, 3), 0.0));
@@ -205,28 +196,23 @@ TEST_P(FindFirstSmallerIndexEdges, Hold) {
   EXPECT_EQ(Algorithm::FindFirstSmallerIndex(GetParam().values, GetParam().target), GetParam().index);
 }
 
-INSTANTIATE_TEST_SUITE_P(All, FindFirstSmallerIndexEdges,
-                         testing::Values(FindCase{"NoValues", {}, 5.0, -2},
-                                         FindCase{"NoValuesNaN", {}, kNaN, -2},
-                                         FindCase{"BeforeTheFirst", {0.0, 10.0, 20.0}, -5.0, 0},
-                                         FindCase{"AtTheFirst", {0.0, 10.0, 20.0}, 0.0, 0},
-                                         FindCase{"JustBelowTheSecond", {0.0, 10.0, 20.0}, 9.999999999999998, 0},
-                                         FindCase{"AtTheSecond", {0.0, 10.0, 20.0}, 10.0, 1},
-                                         FindCase{"Between", {0.0, 10.0, 20.0}, 15.0, 1},
-                                         FindCase{"AtTheLast", {0.0, 10.0, 20.0}, 20.0, 2},
-                                         FindCase{"BeyondTheLast", {0.0, 10.0, 20.0}, 99.0, 2},
-                                         FindCase{"Infinite", {0.0, 10.0, 20.0}, kInfinity, 2},
-                                         FindCase{"NaNTarget", {0.0, 10.0, 20.0}, kNaN, 0},
-                                         FindCase{"OneValueBelow", {3.0}, 4.0, 0},
-                                         FindCase{"OneValueAbove", {3.0}, 2.0, 0},
-                                         FindCase{"LastOfEquals", {0.0, 5.0, 5.0, 5.0, 9.0}, 5.0, 3},
-                                         FindCase{"AllEqual", {5.0, 5.0, 5.0, 5.0}, 5.0, 3},
-                                         FindCase{"NegativeZero", {0.0, 1.0}, -0.0, 0},
-                                         FindCase{"NaNFirst", {kNaN, 1.0, 2.0}, 5.0, 2},
-                                         FindCase{"NaNMiddle", {0.0, kNaN, 2.0}, 5.0, 0},
-                                         FindCase{"NaNLast", {0.0, 1.0, kNaN}, 5.0, 1},
-                                         FindCase{"EvenCount", {0.0, 1.0, 2.0, 3.0}, 2.5, 2}),
-                         [](const auto& test) { return test.param.name; });
+INSTANTIATE_TEST_SUITE_P(
+    All, FindFirstSmallerIndexEdges,
+    testing::Values(
+        FindCase{"NoValues", {}, 5.0, -2}, FindCase{"NoValuesNaN", {}, kNaN, -2},
+        FindCase{"BeforeTheFirst", {0.0, 10.0, 20.0}, -5.0, 0},
+        FindCase{"AtTheFirst", {0.0, 10.0, 20.0}, 0.0, 0},
+        FindCase{"JustBelowTheSecond", {0.0, 10.0, 20.0}, 9.999999999999998, 0},
+        FindCase{"AtTheSecond", {0.0, 10.0, 20.0}, 10.0, 1}, FindCase{"Between", {0.0, 10.0, 20.0}, 15.0, 1},
+        FindCase{"AtTheLast", {0.0, 10.0, 20.0}, 20.0, 2},
+        FindCase{"BeyondTheLast", {0.0, 10.0, 20.0}, 99.0, 2},
+        FindCase{"Infinite", {0.0, 10.0, 20.0}, kInfinity, 2},
+        FindCase{"NaNTarget", {0.0, 10.0, 20.0}, kNaN, 0}, FindCase{"OneValueBelow", {3.0}, 4.0, 0},
+        FindCase{"OneValueAbove", {3.0}, 2.0, 0}, FindCase{"LastOfEquals", {0.0, 5.0, 5.0, 5.0, 9.0}, 5.0, 3},
+        FindCase{"AllEqual", {5.0, 5.0, 5.0, 5.0}, 5.0, 3}, FindCase{"NegativeZero", {0.0, 1.0}, -0.0, 0},
+        FindCase{"NaNFirst", {kNaN, 1.0, 2.0}, 5.0, 2}, FindCase{"NaNMiddle", {0.0, kNaN, 2.0}, 5.0, 0},
+        FindCase{"NaNLast", {0.0, 1.0, kNaN}, 5.0, 1}, FindCase{"EvenCount", {0.0, 1.0, 2.0, 3.0}, 2.5, 2}),
+    [](const auto& test) { return test.param.name; });
 
 struct OrderCase {
   const char* name;
@@ -282,26 +268,25 @@ TEST_P(DistancePointAAndPointBOnLineEdges, Hold) {
 
 INSTANTIATE_TEST_SUITE_P(
     All, DistancePointAAndPointBOnLineEdges,
-    testing::Values(
-        BetweenCase{"AcrossOneVertex", 0, 30.0, 1, 40.0, Sum(0, 1) - 30.0 + 40.0},
-        BetweenCase{"AcrossAll", 0, 30.0, 4, 0.0, Sum(0, 4) - 30.0 + 0.0},
-        BetweenCase{"FromSecondVertex", 1, 0.5, 3, 40.0, Sum(1, 3) - 0.5 + 40.0},
-        BetweenCase{"OffsetAAtSegmentEnd", 1, Sum(1, 2), 3, 7.0, Sum(1, 3) - Sum(1, 2) + 7.0},
-        BetweenCase{"OffsetABeyondSegmentIsCut", 1, 1e9, 3, 7.0, Sum(1, 3) - Sum(1, 2) + 7.0},
-        BetweenCase{"InfiniteOffsetAIsCut", 1, kInfinity, 3, 7.0, Sum(1, 3) - Sum(1, 2) + 7.0},
-        BetweenCase{"NaNOffsetACountsAsSegment", 1, kNaN, 3, 7.0, Sum(1, 3) - Sum(1, 2) + 7.0},
-        BetweenCase{"NegativeOffsetALengthens", 1, -10.0, 3, 7.0, Sum(1, 3) - -10.0 + 7.0},
-        BetweenCase{"OffsetBIsNotCut", 1, 0.0, 3, 1e9, Sum(1, 3) - 0.0 + 1e9},
-        BetweenCase{"NegativeOffsetBGoesBelowZero", 0, 0.0, 1, -1e6, Sum(0, 1) - 0.0 + -1e6},
-        BetweenCase{"NaNOffsetB", 1, 0.0, 3, kNaN, kNaN},
-        BetweenCase{"SameIndexForward", 2, 3.0, 2, 10.5, 7.5},
-        BetweenCase{"SameIndexSameOffset", 2, 3.0, 2, 3.0, 0.0},
-        BetweenCase{"SameIndexBackward", 2, 10.5, 2, 3.0, 0.0},
-        BetweenCase{"SameIndexNaNOffset", 2, kNaN, 2, 3.0, 0.0},
-        BetweenCase{"SameIndexBeyondTheLine", 99, 1.0, 99, 3.0, 2.0},
-        BetweenCase{"SameIndexNegative", -7, 1.0, -7, 3.0, 2.0},
-        BetweenCase{"BBeforeA", 3, 0.0, 2, 50.0, 0.0},
-        BetweenCase{"BBeforeABeyondTheLine", 99, 0.0, -5, 50.0, 0.0}),
+    testing::Values(BetweenCase{"AcrossOneVertex", 0, 30.0, 1, 40.0, Sum(0, 1) - 30.0 + 40.0},
+                    BetweenCase{"AcrossAll", 0, 30.0, 4, 0.0, Sum(0, 4) - 30.0 + 0.0},
+                    BetweenCase{"FromSecondVertex", 1, 0.5, 3, 40.0, Sum(1, 3) - 0.5 + 40.0},
+                    BetweenCase{"OffsetAAtSegmentEnd", 1, Sum(1, 2), 3, 7.0, Sum(1, 3) - Sum(1, 2) + 7.0},
+                    BetweenCase{"OffsetABeyondSegmentIsCut", 1, 1e9, 3, 7.0, Sum(1, 3) - Sum(1, 2) + 7.0},
+                    BetweenCase{"InfiniteOffsetAIsCut", 1, kInfinity, 3, 7.0, Sum(1, 3) - Sum(1, 2) + 7.0},
+                    BetweenCase{"NaNOffsetACountsAsSegment", 1, kNaN, 3, 7.0, Sum(1, 3) - Sum(1, 2) + 7.0},
+                    BetweenCase{"NegativeOffsetALengthens", 1, -10.0, 3, 7.0, Sum(1, 3) - -10.0 + 7.0},
+                    BetweenCase{"OffsetBIsNotCut", 1, 0.0, 3, 1e9, Sum(1, 3) - 0.0 + 1e9},
+                    BetweenCase{"NegativeOffsetBGoesBelowZero", 0, 0.0, 1, -1e6, Sum(0, 1) - 0.0 + -1e6},
+                    BetweenCase{"NaNOffsetB", 1, 0.0, 3, kNaN, kNaN},
+                    BetweenCase{"SameIndexForward", 2, 3.0, 2, 10.5, 7.5},
+                    BetweenCase{"SameIndexSameOffset", 2, 3.0, 2, 3.0, 0.0},
+                    BetweenCase{"SameIndexBackward", 2, 10.5, 2, 3.0, 0.0},
+                    BetweenCase{"SameIndexNaNOffset", 2, kNaN, 2, 3.0, 0.0},
+                    BetweenCase{"SameIndexBeyondTheLine", 99, 1.0, 99, 3.0, 2.0},
+                    BetweenCase{"SameIndexNegative", -7, 1.0, -7, 3.0, 2.0},
+                    BetweenCase{"BBeforeA", 3, 0.0, 2, 50.0, 0.0},
+                    BetweenCase{"BBeforeABeyondTheLine", 99, 0.0, -5, 50.0, 0.0}),
     NameOfBetween);
 
 TEST(DistancePointAAndPointBOnLine, TakesANaNSegmentAsItIs) {
@@ -324,7 +309,8 @@ INSTANTIATE_TEST_SUITE_P(
     All, DistancePointAAndPointBByTableEdges,
     testing::Values(BetweenCase{"Forward", 1, 0.05, 3, 0.3, (100.3 - 0.1) + 0.3 - 0.05},
                     BetweenCase{"ToTheLastVertex", 0, 0.0, 3, 0.0, 100.3},
-                    BetweenCase{"BBeyondTheTableLosesItsOffset", 1, 0.05, 4, 55.0, (100.3 - 0.1) + 0.0 - 0.05},
+                    BetweenCase{"BBeyondTheTableLosesItsOffset", 1, 0.05, 4, 55.0,
+                                (100.3 - 0.1) + 0.0 - 0.05},
                     BetweenCase{"BFarBeyondTheTable", 1, 0.05, 2147483647, kNaN, (100.3 - 0.1) + 0.0 - 0.05},
                     BetweenCase{"BothAtTheEnd", 3, 2.5, 4, 55.0, -2.5},
                     BetweenCase{"OffsetAIsNotCut", 1, 1e9, 2, 0.25, (0.7 - 0.1) + 0.25 - 1e9},
@@ -455,17 +441,18 @@ TEST(GetDistance, AddsInTheOrderOfTheVertices) {
   const double d3 = line[3].DistanceTo(line[4]);
   const double inOrder = ((d0 + d1) + d2) + d3;
   ASSERT_NE(inOrder, d0 + (d1 + (d2 + d3))) << "the line no longer tells the orders apart";
+  ASSERT_NE(inOrder, ((d3 + d2) + d1) + d0) << "the line no longer tells the orders apart";
   EXPECT_TRUE(SameBits(Algorithm::GetDistance(line.data(), 5, 0, 5), inOrder));
   EXPECT_TRUE(SameBits(Algorithm::GetDistanceByVector(line, 0, 4), inOrder));
   EXPECT_TRUE(SameBits(Algorithm::GetDistanceByVector(FiveVerticesZ(), 0, 4), inOrder));
 }
 
 TEST(DistancePointAAndPointB, KeepsTheOrderOfItsSum) {
-  const std::vector<double> table{0.1, 0.7};
-  const double expected = ((0.7 - 0.1) + 0.3) - 0.2;
-  ASSERT_NE(expected, (0.7 - 0.1) + (0.3 - 0.2));
-  ASSERT_NE(expected, ((0.7 - 0.1) - 0.2) + 0.3);
-  EXPECT_TRUE(SameBits(Algorithm::DistancePointAAndPointB(table, 0, 0.2, 1, 0.3), expected));
+  const std::vector<double> table{41.8, 99.7};
+  const double expected = ((99.7 - 41.8) + 93.3) - 72.1;
+  ASSERT_NE(expected, (99.7 - 41.8) + (93.3 - 72.1));
+  ASSERT_NE(expected, ((99.7 - 41.8) - 72.1) + 93.3);
+  EXPECT_TRUE(SameBits(Algorithm::DistancePointAAndPointB(table, 0, 72.1, 1, 93.3), expected));
 
   LineZ line = FiveVerticesZ();
   const double length = Sum(0, 3);
@@ -500,9 +487,9 @@ TEST(GetDistanceAndCache, TableEntriesAreLengthsOnRealRoutes) {
   for (const testsupport::NamedLine& line : lines) {
     SCOPED_TRACE(line.name);
     // Every length is measured from the start anew: the first 500 vertices are plenty.
-    ExpectTableEntriesAreLengths(
-        Line(line.points.begin(), line.points.begin() + std::min<std::ptrdiff_t>(
-                                                            500, static_cast<std::ptrdiff_t>(line.points.size()))));
+    ExpectTableEntriesAreLengths(Line(
+        line.points.begin(), line.points.begin() + std::min<std::ptrdiff_t>(500, static_cast<std::ptrdiff_t>(
+                                                                                     line.points.size()))));
   }
 }
 
@@ -570,7 +557,8 @@ TEST(FindFirstSmallerIndex, FindsTheSegmentOfATableEntry) {
 // The three ways to the same distance, where no offset is cut.
 TEST(DistancePointAAndPointB, AgreesWithItsNeighbours) {
   constexpr unsigned kSeed = 31005;
-  constexpr double kSlack = 1e-10;  // metres, on lines of up to 4 km; worst of 2e5 runs: see the assertions below
+  // Metres, on lines of up to 3 km; worst of 2e5 runs were 2.8e-12 (table) and 4.6e-13: the sums round differently.
+  constexpr double kSlack = 1e-11;
   std::mt19937 generator(kSeed);
   for (int run = 0; run < 2000; ++run) {
     SCOPED_TRACE(testing::Message() << "seed " << kSeed << ", run " << run);
@@ -591,14 +579,16 @@ TEST(DistancePointAAndPointB, AgreesWithItsNeighbours) {
 // ---- Against the plain twins ----------------------------------------------------------------------------------------
 
 const std::vector<double>& Offsets() {
-  static const std::vector<double> offsets{0.0, -0.0, 1e-9, 3.5, 1234.5, 1e7, -7.25, kNaN, kInfinity, -kInfinity};
+  static const std::vector<double> offsets{0.0, -0.0,  1e-9, 3.5,       1234.5,
+                                           1e7, -7.25, kNaN, kInfinity, -kInfinity};
   return offsets;
 }
 
 void ExpectLengthsMatchTwins(const LineZ& lineZ) {
   const Line line = WithoutHeight(lineZ);
   const auto count = static_cast<unsigned>(line.size());
-  const std::vector<unsigned> ends{0, 1, 2, 3, count / 2, count - 1, count, count + 1, kMaxIndex - 1, kMaxIndex};
+  const std::vector<unsigned> ends{0,        1, 2, 3, count / 2, count - 1, count, count + 1, kMaxIndex - 1,
+                                   kMaxIndex};
   for (const unsigned from : ends) {
     for (const unsigned to : ends) {
       SCOPED_TRACE(testing::Message() << "from " << from << " to " << to);
@@ -632,7 +622,8 @@ void ExpectPositionsMatchTwins(std::mt19937& generator, LineZ line) {
     const int indexB = AnyIndex(generator, line);
     const double offsetA = Offsets()[generator() % Offsets().size()];
     const double offsetB = Offsets()[generator() % Offsets().size()];
-    SCOPED_TRACE(testing::Message() << "A " << indexA << " " << offsetA << ", B " << indexB << " " << offsetB);
+    SCOPED_TRACE(testing::Message() << "A " << indexA << " " << offsetA << ", B " << indexB << " "
+                                    << offsetB);
     EXPECT_EQ(Algorithm::IsPointAInFrontOfPointB(indexA, offsetA, indexB, offsetB),
               reference::IsPointAInFrontOfPointB(indexA, offsetA, indexB, offsetB));
     EXPECT_TRUE(SameBits(Algorithm::DistanceAToBackB(line, indexA, offsetA, indexB, offsetB),
@@ -646,7 +637,8 @@ void ExpectPositionsMatchTwins(std::mt19937& generator, LineZ line) {
       EXPECT_TRUE(SameBits(Algorithm::DistancePointAAndPointB(table, indexA, offsetA, indexB, offsetB),
                            reference::DistancePointAAndPointB(table, indexA, offsetA, indexB, offsetB)));
     }
-    EXPECT_EQ(Algorithm::FindFirstSmallerIndex(table, offsetA), reference::FindFirstSmallerIndex(table, offsetA));
+    EXPECT_EQ(Algorithm::FindFirstSmallerIndex(table, offsetA),
+              reference::FindFirstSmallerIndex(table, offsetA));
   }
 }
 
@@ -656,7 +648,8 @@ void ExpectRouteDistancesMatchTwins(std::mt19937& generator, const LineZ& lineZ)
   for (int trial = 0; trial < 30; ++trial) {
     const int indexA = AnyIndex(generator, lineZ);
     const int indexB = AnyIndex(generator, lineZ);
-    const GeoCoordinate pointA = line.empty() ? kPointA : PointNear(generator, line, generator() % line.size());
+    const GeoCoordinate pointA =
+        line.empty() ? kPointA : PointNear(generator, line, generator() % line.size());
     const GeoCoordinate pointB = line.empty() ? kPointB : line[generator() % line.size()];
     std::vector<double> table = whole;
     if (trial % 3 == 0) table.resize(generator() % (line.size() + 1));
