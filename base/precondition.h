@@ -11,8 +11,8 @@
 #if VOREL_CHECK_PRECONDITIONS
 #include <cstdio>
 #include <cstdlib>
-#define VOREL_PRECONDITION(condition)                                                                     \
-  ((condition) ? static_cast<void>(0)                                                                     \
+#define VOREL_PRECONDITION(condition)                                                                       \
+  ((condition) ? static_cast<void>(0)                                                                       \
                : (std::fprintf(stderr, "%s:%d: precondition broken: %s\n", __FILE__, __LINE__, #condition), \
                   std::abort()))
 #else

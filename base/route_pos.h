@@ -9,9 +9,9 @@ namespace tarvo {
 
 /// A position on a route. The library reads `coordinate` and `shapeIndex`; the other fields belong to the caller.
 struct RoutePos {
-  GeoCoordinate coordinate;      ///< the position itself, degrees
-  std::int32_t linkIndex = 0;    ///< index of the route link that holds the position; not read here
-  std::int32_t shapeIndex = 0;   ///< index, in the route's shape points, of the vertex that starts the segment
+  GeoCoordinate coordinate;     ///< the position itself, degrees
+  std::int32_t linkIndex = 0;   ///< index of the route link that holds the position; not read here
+  std::int32_t shapeIndex = 0;  ///< index, in the route's shape points, of the vertex that starts the segment
   double metresFromStart = 0.0;  ///< along the route from its first shape point; not read here
 };
 

@@ -1,0 +1,403 @@
+#ifndef VOREL_MAP_UTILS_VOREL_GEOMETRY_ALGORITHM_H_
+#define VOREL_MAP_UTILS_VOREL_GEOMETRY_ALGORITHM_H_
+
+#include <string>
+#include <type_traits>
+#include <vector>
+
+#include "base/boundary_data.h"
+#include "base/coordinate_util.h"
+#include "base/export.h"
+#include "base/geo_coordinate.h"
+#include "base/geo_utils.h"
+#include "base/map_vector.h"
+#include "base/rect.h"
+#include "base/route_pos.h"
+
+namespace vorel {
+
+/// Plain 2-D vector.
+template <class T>
+struct Vector2 {
+  T x{};
+  T y{};
+};
+
+/// Where the given guide line of a lane arrow lies across the arrow. Any other value counts as the right edge.
+enum class ArrowType : int {
+  kLineAsLeftEdge = 0,
+  kLineAsCenter = 1,
+  kLineAsRightEdge = 2,
+};
+
+/// Geometry of map and navigation clients: static, stateless functions over points, lines and rectangles in
+/// degrees of longitude and latitude.
+///
+/// What holds for every function unless its comment says otherwise:
+/// - Coordinates are degrees; every distance is metres, measured by `GeoCoordinate::DistanceTo`; angles are degrees;
+///   headings are measured from north, clockwise.
+/// - "Planar" means: computed on the plane of degrees as it is, with no scaling by the cosine of the latitude.
+/// - A line is a vector of points; segment i joins point i and point i + 1. Lines are not unwrapped: planar functions
+///   see a step across the antimeridian as a long way round.
+/// - Output vectors are appended to, not cleared, and must not be one of the inputs.
+/// - Nothing is thrown but what a growing container throws. A function without output vectors allocates nothing.
+/// - Argument checks are written so that a NaN passes them; what comes of it is said at the function.
+/// - Any thread may call any function at any time, provided nobody changes the arguments meanwhile.
+class VOREL_EXPORT VorelGeometryAlgorithm {
+ public:
+  VorelGeometryAlgorithm() = delete;
+
+  // ---- Angles and headings ------------------------------------------------------------------------------------
+
+  /// Turning angle at `b` on the way from `a` over `b` to `c`: 0 straight on, 90 a right angle, 180 back. Planar; left
+  /// and right turns give the same value.
+  ///
+  ///           c
+  ///          /
+  ///     a---b - - -    the angle between the dashes and b-c
+  ///
+  /// @param a, b, c  degrees
+  /// @return degrees in [0, 180]; 0 when either segment has no length; NaN for NaN input, and (deliberate) for some
+  ///         nearly straight or nearly reversed turns, whose cosine rounding pushes beyond 1
+  /// Cost: one square root, one arc cosine.
+  static float GetAngle(const tarvo::GeoCoordinate& a, const tarvo::GeoCoordinate& b,
+                        const tarvo::GeoCoordinate& c);
+
+  /// Bearing: the heading on which the great circle from `from` to `to` starts.
+  ///
+  /// @param from, to  degrees
+  /// @return degrees from north, clockwise, in [-180, 180]: west is negative; 0 for equal points; NaN for NaN or infinite
+  ///         input
+  /// Cost: five sines and cosines, one arc tangent. Formula: spherical trigonometry, four-parts formula.
+  static double GetAngle(const tarvo::GeoCoordinate& from, const tarvo::GeoCoordinate& to);
+
+  /// Heading from point 1 to point 2 in [0, 360], decided on a grid of one hundredth of an arc-second (3 dm).
+  /// Points on one grid meridian give exactly 0 or 180; points in one grid cell give 0.
+  ///
+  /// Deliberate: the grid rounds by adding 0.5 and truncating toward zero, which is lopsided for negative degrees; due
+  /// west gives a value near 270; exactly 360 can come back.
+  ///
+  /// @param lat1, lat2  latitudes in degrees; note that the latitude comes first
+  /// @param lon1, lon2  longitudes in degrees; not folded, so a step across the antimeridian counts the long way round
+  /// @return degrees from north, clockwise; 0 when the formula gives NaN (NaN input, antipodes, rounding). Beyond
+  ///         5965 degrees the grid saturates
+  /// Cost: up to eight calls of the math library. Formula: spherical law of cosines, then law of sines.
+  static double GetYaw(double lat1, double lon1, double lat2, double lon2);
+
+  /// `to - from`, corrected once by a whole turn into [-180, 180]. -180 and 180 both stay; see `AngleDiff`.
+  ///
+  /// @param from, to  headings in degrees, meant to be in [0, 360): a difference beyond 540 stays beyond 180 (deliberate:
+  ///                  one correction only)
+  /// @return degrees; NaN for NaN input
+  static float CalcAziDiff(float from, float to);
+
+  /// `to - from`, folded into [-180, 180): a difference of 180 gives -180 (deliberate; `CalcAziDiff` keeps +180).
+  ///
+  /// @param from, to  degrees, any finite value
+  /// @return degrees; NaN for NaN or infinite input
+  static float AngleDiff(float from, float to);
+
+  /// Folds an angle into (-180, 180] by steps of 360 in float.
+  ///
+  /// @param angle  degrees, |angle| <= 8589934592 (2^33): beyond it, and for infinities, the loop never ends. Unchecked
+  /// @return degrees; NaN for NaN
+  /// Cost: |angle| / 360 steps; 2^33 takes some tens of milliseconds.
+  static float NormalizeAngle180(float angle);
+
+  /// Folds an angle into [0, 360) by steps of 360 in float. Deliberate: a negative angle closer to 0 than 1.5e-5 gives
+  /// 360 itself, to which the sum rounds.
+  ///
+  /// @param angle  degrees, |angle| <= 8589934592 (2^33): beyond it, and for infinities, the loop never ends. Unchecked
+  /// @return degrees; NaN for NaN
+  /// Cost: |angle| / 360 steps; 2^33 takes some tens of milliseconds.
+  static float NormalizeAngle360(float angle);
+
+  /// Candidates for the third side of a triangle of which two sides and the angle facing one of them are known.
+  ///
+  ///          *
+  ///         / \            angle: between sideB and the unknown side c
+  ///   sideB/   \sideA
+  ///       /_____\          c: none, one or two lengths fit
+  ///     angle  c
+  ///
+  /// @param sideA, sideB  lengths, in one unit
+  /// @param angle         degrees, between `sideB` and the unknown side
+  /// @return the lengths that make a real triangle, in the unit of the sides, the longer candidate first; empty when none
+  ///         does and for NaN input. Deliberate: where both candidates coincide the length comes twice
+  /// Cost: one sine, one cosine, one square root; allocates when there is a result. Formula: law of cosines.
+  static std::vector<double> GetLength3OfTriangle(double sideA, double sideB, double angle);
+
+  /// Distance between (p.x, p.y) and (q.x, q.y), longitude and latitude in degrees: what
+  /// `CoordinateUtil::DistanceOfGcj02Pos` gives. Deliberate: `z` takes no part.
+  ///
+  /// @return metres; NaN for NaN input
+  static double Distance(tarvo::MapVector3d p, tarvo::MapVector3d q);
+
+  /// Ground length in metres that one pixel spans at display level 20. A constant.
+  static double Get20PixelDistanceOnePixel();
+
+  // ---- Points and rectangles ----------------------------------------------------------------------------------
+
+  /// Smallest rectangle around `points[0 .. count - 1]`.
+  ///
+  /// @param points  degrees; may be null
+  /// @param count   number of points
+  /// @param bound   overwritten; untouched when false is returned
+  /// @return false for null or no points
+  /// NaN: a NaN coordinate of a later point is passed over; one of the first point stays in the result (deliberate).
+  /// Cost: four comparisons per point.
+  static bool GetBound(const tarvo::GeoCoordinate* points, unsigned int count,
+                       tarvo::Rect<tarvo::GeoCoordinate>& bound);
+
+  /// Refused at compile time: an array of points with height has another stride.
+  template <class Point, std::enable_if_t<std::is_base_of<tarvo::GeoCoordinateZ, Point>::value, int> = 0>
+  static bool GetBound(const Point* points, unsigned int count,
+                       tarvo::Rect<tarvo::GeoCoordinate>& bound) = delete;
+
+  /// Whether `point` lies in `rect`, border included.
+  ///
+  /// @param rect   degrees; an inverted one contains nothing
+  /// @param point  degrees; a NaN coordinate never counts as outside
+  static bool IsRectContainsPoint(const tarvo::Rect<tarvo::GeoCoordinate>& rect,
+                                  const tarvo::GeoCoordinate& point);
+
+  /// Whether two rectangles share a point; those that only touch do. Degrees; a NaN border never separates.
+  static bool IsRectIntersectsRect(const tarvo::Rect<tarvo::GeoCoordinate>& first,
+                                   const tarvo::Rect<tarvo::GeoCoordinate>& second);
+
+  /// Coarse nearness, to be asked before an exact distance: whether `other` lies in a square about `point` (border
+  /// included) whose half width is 0.0001, 0.001, 0.01 or 0.1 degree, for a `distance` below 11, 111, 1113 m or beyond.
+  ///
+  /// @param point     degrees; the centre of the square
+  /// @param distance  metres; above 12000 the answer is always false (deliberate); NaN counts as below 11
+  /// @param other     degrees; a NaN coordinate counts as near
+  /// Toward the poles the square narrows: at latitude 60 points due east farther than half the distance may already be
+  /// refused. From 11132 m up the same holds due north.
+  /// Cost: up to eight comparisons.
+  static bool IsPointNearOtherOne(const tarvo::GeoCoordinate& point, float distance,
+                                  const tarvo::GeoCoordinate& other);
+
+  /// The point at `ratio` of the way from `start` to `end`, planar.
+  ///
+  /// @param start, end  degrees
+  /// @param ratio       clamped to [0, 1]; NaN is not and gives NaN coordinates
+  /// Deliberate: ratio 1 gives start + (end - start), which may differ from `end` in the last bit.
+  static tarvo::GeoCoordinate GetInsertPointFromSegment(const tarvo::GeoCoordinate& start,
+                                                        const tarvo::GeoCoordinate& end, float ratio);
+
+  /// The same with a height in metres, interpolated alike and rounded to float.
+  static tarvo::GeoCoordinateZ GetInsertPointFromSegment(const tarvo::GeoCoordinateZ& start,
+                                                         const tarvo::GeoCoordinateZ& end, float ratio);
+
+  /// The point `distance` metres from `start` on the straight line (planar) through `start` and `end`.
+  ///
+  /// @param start, end  degrees
+  /// @param distance    metres; deliberately unclamped: negative lies before `start`, beyond the length past `end`
+  /// @return degrees; infinite or NaN when `start` and `end` coincide
+  /// Cost: one distance.
+  static tarvo::GeoCoordinate GetLinePoint(const tarvo::GeoCoordinate& start, const tarvo::GeoCoordinate& end,
+                                           double distance);
+
+  /// Foot of the perpendicular from `point` on the infinite line through `start` and `end`, planar.
+  ///
+  ///          point
+  ///            :
+  ///     start--+--end      +: the foot; it may lie before `start` or past `end`
+  ///
+  /// @param point, start, end  degrees
+  /// @return degrees; `start` for a segment shorter than 3.2e-7 degrees; NaN for NaN input
+  static tarvo::GeoCoordinate GetFootPoint(const tarvo::GeoCoordinate& point,
+                                           const tarvo::GeoCoordinate& start,
+                                           const tarvo::GeoCoordinate& end);
+
+  /// Side of the directed line from `start` to `end` on which `point` lies, planar.
+  ///
+  /// @param point, start, end  degrees
+  /// @return twice the signed area of the triangle in square degrees: positive on the left (north up), negative on the
+  ///         right, 0 on the line; NaN for NaN input
+  static double GetPositionOfPointToLine(const tarvo::GeoCoordinate& point, const tarvo::GeoCoordinate& start,
+                                         const tarvo::GeoCoordinate& end);
+
+  /// The point reached from a start after `distance` metres on an initial heading, on the WGS-84 ellipsoid.
+  ///
+  /// @param longitude, latitude  start, degrees
+  /// @param azimuth              initial heading, degrees
+  /// @param distance             metres, |distance| <= 1e10 (1500 times the earth's radius; unchecked): beyond it the
+  ///                             iteration may never settle
+  /// @param outLongitude         degrees, not folded into [-180, 180]; 200 marks failure (NaN or infinite input)
+  /// @param outLatitude          degrees; 200 marks failure, independently of the longitude
+  /// The outputs may be the variables passed as inputs.
+  /// Cost: some 20 calls of the math library. Formula: T. Vincenty, Direct and inverse solutions of geodesics on the
+  /// ellipsoid with application of nested equations, Survey Review XXIII 176 (1975), equations 1-11.
+  static void ComputerThatLonLat(double longitude, double latitude, double azimuth, double distance,
+                                 double& outLongitude, double& outLatitude);
+
+  /// `point` turned about `center` by `angle`, clockwise on a north-up map. Local: meant for some kilometres about the
+  /// centre, whose distance and bearing are laid off on a sphere.
+  ///
+  /// @param point, center  degrees
+  /// @param angle          degrees, |angle| <= 3.6e9 (unchecked): the turn is folded by steps of 360, and an infinite one
+  ///                       never ends
+  /// @return degrees; NaN for NaN input. By 0 degrees: the point itself up to the difference of sphere and ellipsoid
+  ///         (0.6 % of the radius); about a pole the longitude has no meaning
+  /// Cost: one bearing, one distance, three sines and cosines, |angle| / 360 steps.
+  static tarvo::GeoCoordinate RotatePoint(const tarvo::GeoCoordinate& point,
+                                          const tarvo::GeoCoordinate& center, double angle);
+
+  /// Signed angle at `from` between the directions to `to` and to a point Q that fixes a point beside a line: Q lies on
+  /// the line's first segment (from `line[1]` toward `line[0]`) or its third (from `line[2]` toward `line[3]`), where a
+  /// triangle with the sides |from to| and `length` and the given angle closes.
+  ///
+  /// @param line             degrees; at least two points for the first segment, four for the third (unchecked)
+  /// @param from, to         degrees
+  /// @param angle            degrees, facing the side |from to| (see `GetLength3OfTriangle`)
+  /// @param length           metres
+  /// @param useFirstSegment  true: the first segment, a result >= 0 wanted; false: the third, <= 0 wanted
+  /// @return degrees in (-180, 180]: the first candidate with the wanted sign; 0 when there is none and for NaN input
+  /// Cost: one bearing and distance, and per candidate (at most two) one more of each; allocates.
+  static float GetFixAngleForSidePoint(const std::vector<tarvo::GeoCoordinate>& line,
+                                       const tarvo::GeoCoordinate& from, const tarvo::GeoCoordinate& to,
+                                       double angle, double length, bool useFirstSegment);
+
+  // ---- Sampling along a line ----------------------------------------------------------------------------------
+
+  /// A point at the start of the line and one every `interval` metres along it. The checked form of
+  /// `CalcPointsInPolyline`.
+  ///
+  /// @param points    degrees; an empty line is refused
+  /// @param interval  metres; <= 0 is refused; NaN gives the start alone
+  /// @param maxCount  see `CalcPointsInPolyline`
+  /// @param out       appended to; untouched when false is returned for a refused argument; must not be `points`
+  /// @return whether `out` is non-empty: false only for a refused argument (with whatever `out` held)
+  static bool ChoosePointsInPolyline(const std::vector<tarvo::GeoCoordinate>& points, double interval,
+                                     int maxCount, std::vector<tarvo::GeoCoordinate>& out);
+
+  /// A point at the start of the line and one every `interval` metres along it; the walk carries on across vertices.
+  ///
+  ///     x----x--+-x----x----x-     x: samples, +: a vertex of the line
+  ///
+  /// A sample that falls on a vertex by summing whole segments is the vertex itself; one that falls on it within a
+  /// segment is interpolated with ratio 1 (deliberate: they may differ in the last bit). The last vertex comes only if a
+  /// sample falls on it. Repeated vertices add nothing.
+  ///
+  /// @param points    degrees, at least one point (unchecked)
+  /// @param interval  metres, greater than 0 (unchecked: 0 or less never ends without a limit). NaN, like a NaN distance,
+  ///                  gives no sample. Some length / interval points are appended, so mind the memory: below 1.2e-16 of
+  ///                  a segment's length the walk stands still and never ends without a limit
+  /// @param maxCount  limit on the size of `out`, points that it held before included (deliberate); <= 0: no limit. The
+  ///                  start is appended even when the limit is already reached
+  /// @param out       appended to; must not be `points`
+  /// @return whether there is still room under the limit
+  /// Cost: one distance per segment walked; stops at the limit.
+  static bool CalcPointsInPolyline(const std::vector<tarvo::GeoCoordinate>& points, double interval,
+                                   int maxCount, std::vector<tarvo::GeoCoordinate>& out);
+
+  // ---- Containment --------------------------------------------------------------------------------------------
+
+  /// Whether `point` lies on the edge from `a` to `b`; otherwise counts the edge if a ray from the point toward
+  /// growing longitude crosses it. Only an edge whose latitudes span the point's (lower end excluded) takes part.
+  ///
+  /// @param point, a, b  degrees; a NaN latitude of the point leaves the edge out
+  /// @param crossings    grows by 1 when the ray crosses the edge
+  /// @return true when the point lies within 1e-7 degree of longitude of the edge; `crossings` is then unchanged
+  /// Cost: four comparisons, one division.
+  static bool PointRayTest(tarvo::GeoCoordinate point, tarvo::GeoCoordinate a, tarvo::GeoCoordinate b,
+                           int& crossings);
+
+  /// `PointRayTest` for an edge that is known to span the point's latitude: that is not checked here.
+  ///
+  /// An edge that rises less than 1e-7 degree is met when the point's longitude lies between its ends; otherwise it
+  /// counts as crossed on whichever side the point lies (deliberate).
+  static bool PointRayTestInner(tarvo::GeoCoordinate point, tarvo::GeoCoordinate a, tarvo::GeoCoordinate b,
+                                int& crossings);
+
+  /// Whether `point` lies inside a polygon or on its boundary, planar, by the even-odd rule.
+  ///
+  ///     (0,1)_____(1,1)    The top edge is inside. Deliberate: of the bottom edge only the vertices are, for an edge
+  ///       |         |      counts without its lower end and a horizontal one not at all. Points within 1e-7 degree
+  ///     (0,0)_____(1,0)    of longitude of any other edge count as on it.
+  ///
+  /// @param polygon  degrees; closed by itself: the first vertex is not repeated at the end (repeating it does no harm).
+  ///                 Fewer than 3 vertices contain nothing. Not unwrapped at the antimeridian
+  /// @param point    degrees; NaN lies nowhere
+  /// Cost: a few comparisons per vertex; nothing is built or cached.
+  template <class Polygon = std::vector<tarvo::GeoCoordinate>>
+  static bool IsPointInPolygon(const Polygon& polygon, tarvo::GeoCoordinate point) = delete;
+
+  // ---- Clipping to a rectangle --------------------------------------------------------------------------------
+
+  /// The pieces of a line that run through a rectangle, as runs of whole segments: nothing is cut at the border, so that
+  /// a piece drawn as a line reaches beyond it.
+  ///
+  ///          +-------+
+  ///     0----+-1--2--+---3---4     one piece: 0 1 2 3
+  ///          +-------+
+  ///
+  /// A segment with both ends outside that passes through (or touches a corner) is a piece of its own. A vertex between
+  /// two pieces stands in both. One vertex inside gives one empty piece (deliberate).
+  ///
+  /// @param line    degrees; a NaN coordinate counts as inside. At most 4294967295 points
+  /// @param rect    degrees, border inside; an inverted one contains no vertex, but a segment that meets the diagonals of
+  ///                its corners is still a piece
+  /// @param pieces  appended to; no element of it may be `line`
+  /// @return false for an empty line, else true
+  /// Cost: four comparisons per vertex; per segment outside at most two segment tests.
+  static bool CutPolyline(const std::vector<tarvo::GeoCoordinate>& line,
+                          const tarvo::Rect<tarvo::GeoCoordinate>& rect,
+                          std::vector<std::vector<tarvo::GeoCoordinate>>& pieces);
+
+  /// One step of `CutPolyline`: from vertex `currentIndex - 1` to vertex `currentIndex`. To be called in order of the
+  /// index on one output, as `CutPolyline` does.
+  ///
+  /// @param previousInside, currentInside  whether the two vertices count as inside
+  /// @param currentIndex  index in `line` of the current vertex, 1 .. line.size() - 1 (unchecked)
+  /// @param vertexCount   number of vertices; decides which step is the last one
+  /// @param line, rect    as in `CutPolyline`
+  /// @param pieces        appended to; holds a piece when `previousInside` is true (unchecked)
+  static void CutPolylineUpdate(bool previousInside, bool currentInside, unsigned long currentIndex,
+                                unsigned int vertexCount, const std::vector<tarvo::GeoCoordinate>& line,
+                                const tarvo::Rect<tarvo::GeoCoordinate>& rect,
+                                std::vector<std::vector<tarvo::GeoCoordinate>>& pieces);
+
+  /// Whether the closed segments a-b and c-d meet or touch, planar, without tolerance. Collinear segments meet when their
+  /// boxes do.
+  ///
+  /// @param a, b, c, d  degrees
+  /// Cost: at most eight products.
+  static bool IsTwoSegmentJoined(const tarvo::GeoCoordinate& a, const tarvo::GeoCoordinate& b,
+                                 const tarvo::GeoCoordinate& c, const tarvo::GeoCoordinate& d);
+
+  // ---- Symbols in a view --------------------------------------------------------------------------------------
+
+  /// Evenly spaced points on the part of a route that lies in a view: one run of points per piece of `CutPolyline`,
+  /// sampled by `CalcPointsInPolyline`.
+  ///
+  /// A piece shorter than the spacing gives its first and its last vertex. For a route other than the main one only the
+  /// points inside `area` stay; a run is not split where it leaves the area.
+  ///
+  /// @param shape        the route's line, degrees
+  /// @param isMainRoute  true: `area` is not looked at
+  /// @param viewRect     degrees, border inside
+  /// @param area         polygon, degrees (see `IsPointInPolygon`); with fewer than 3 vertices it empties every run
+  /// @param interval     spacing in whole metres; 0 or less gives one empty run per piece
+  /// @param owner        the caller's label in log and timing
+  /// @param out          cleared, then one run per piece, in order; empty for an empty shape; must not hold `shape` or
+  ///                     `area`
+  /// Writes one debug record with the number of points (none for an empty shape; deliberate: for the main route the
+  /// closing point of a short piece is not counted) and reports its running time to the elapsed-time listener.
+  /// Cost: one rectangle test per vertex, one distance per segment inside, for a side route one polygon test per point.
+  static void GetInterpolateShapePoints(const std::vector<tarvo::GeoCoordinate>& shape, bool isMainRoute,
+                                        const tarvo::Rect<tarvo::GeoCoordinate>& viewRect,
+                                        const std::vector<tarvo::GeoCoordinate>& area, int interval,
+                                        const std::string& owner,
+                                        std::vector<std::vector<tarvo::GeoCoordinate>>& out);
+};
+
+/// The only polygon container so far; others are refused at compile time.
+template <>
+VOREL_EXPORT bool VorelGeometryAlgorithm::IsPointInPolygon<std::vector<tarvo::GeoCoordinate>>(
+    const std::vector<tarvo::GeoCoordinate>& polygon, tarvo::GeoCoordinate point);
+
+}  // namespace vorel
+
+#endif  // VOREL_MAP_UTILS_VOREL_GEOMETRY_ALGORITHM_H_
