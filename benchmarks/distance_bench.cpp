@@ -34,7 +34,7 @@ std::vector<Pair> MakePairs(double largestDifference) {
   std::uniform_real_distribution<double> difference(0.5 * largestDifference, largestDifference);
   std::vector<Pair> pairs;
   for (std::size_t i = 0; i < kPairCount; ++i) {
-    const GeoCoordinate from(longitude(generator), latitude(generator));
+    const GeoCoordinate from{longitude(generator), latitude(generator)};
     const double sign = i % 2 == 0 ? 1.0 : -1.0;
     pairs.push_back({from, GeoCoordinate(from.longitude + sign * difference(generator),
                                          from.latitude + difference(generator))});
