@@ -3,6 +3,13 @@
 #include <cstdlib>
 #include <new>
 
+// Clang's thread sanitizer comes with an operator new of its own that cannot be replaced.
+#if defined(__has_feature)
+#if __has_feature(thread_sanitizer)
+#define VOREL_TEST_KEEPS_OPERATOR_NEW 1
+#endif
+#endif
+
 namespace vorel_test {
 namespace {
 
@@ -10,6 +17,38 @@ thread_local std::size_t allocationCount = 0;
 thread_local bool isLimited = false;
 thread_local std::size_t allowedCount = 0;
 thread_local std::size_t refusedCount = 0;
+
+}  // namespace
+
+bool CanCountAllocations() noexcept {
+#ifdef VOREL_TEST_KEEPS_OPERATOR_NEW
+  return false;
+#else
+  return true;
+#endif
+}
+
+std::size_t AllocationCount() noexcept {
+  return allocationCount;
+}
+
+AllocationLimit::AllocationLimit(std::size_t allowedAllocations) noexcept {
+  allowedCount = allowedAllocations;
+  refusedCount = 0;
+  isLimited = true;
+}
+
+AllocationLimit::~AllocationLimit() {
+  isLimited = false;
+}
+
+std::size_t AllocationLimit::RefusedCount() const noexcept {
+  return refusedCount;
+}
+
+#ifndef VOREL_TEST_KEEPS_OPERATOR_NEW
+
+namespace {
 
 bool CountAndAllow() noexcept {
   ++allocationCount;
@@ -39,25 +78,11 @@ void* OrThrow(void* memory) {
 
 }  // namespace
 
-std::size_t AllocationCount() noexcept {
-  return allocationCount;
-}
-
-AllocationLimit::AllocationLimit(std::size_t allowedAllocations) noexcept {
-  allowedCount = allowedAllocations;
-  refusedCount = 0;
-  isLimited = true;
-}
-
-AllocationLimit::~AllocationLimit() {
-  isLimited = false;
-}
-
-std::size_t AllocationLimit::RefusedCount() const noexcept {
-  return refusedCount;
-}
+#endif
 
 }  // namespace vorel_test
+
+#ifndef VOREL_TEST_KEEPS_OPERATOR_NEW
 
 using vorel_test::Allocate;
 using vorel_test::AllocateAligned;
@@ -124,3 +149,5 @@ void operator delete(void* memory, std::align_val_t, const std::nothrow_t&) noex
 void operator delete[](void* memory, std::align_val_t, const std::nothrow_t&) noexcept {
   std::free(memory);
 }
+
+#endif  // VOREL_TEST_KEEPS_OPERATOR_NEW
