@@ -386,12 +386,6 @@ def derive():
         " relative error %s" % mpmath.nstr(largest, 2),
         scale,
     )
-    add(
-        "kMeridianRatio",
-        "(1 - e^2) / (a pi / 180)^2: times the above, the squared ratio of the curvatures' root",
-        (1 - E2) / metres_per_degree_squared,
-    )
-
     # Fourth order. F4 / F2-parts: the exact factors of M^2 U^2 and of (N cos)^2 V^2.
     w = 1 - E2_SYMBOL * Y
     meridian_squared = (1 - E2_SYMBOL) ** 2 / w**3
@@ -409,14 +403,25 @@ def derive():
         raise AssertionError("fourth order: unexpected term in U^2 V^2")
     report.append("k1 = e2/4 ((1 - 2 y)/W + 5 e2 y (1 - y)/W^2),  k2 = (1 - e2)/(12 W) (1 + 9 e2 y/W)")
     add("kTwelfth", "(pi / 180)^2 / 12", radians**2 / 12)
-    for name, element, text in (
-        ("kMeridianFourth", k1, "k1: fourth order along the meridian"),
-        ("kParallelFourth", k2, "k2: fourth order along the parallel"),
-    ):
+    # (M / N)^2 = (1 - e^2)^2 / W^2 = ratio * (a pi / 180)^4 / W^2: the near series takes the second factor as the
+    # square of kSquareMetres and carries the first one in the coefficients along the meridian.
+    ratio = ((1 - E2) / metres_per_degree_squared) ** 2
+    fits = []
+    for element in (k1, k2):
         exact = numeric(element)
-        fit, largest = minimax(lambda y: exact(y) * radians**2, 1, mpf(0), mpf(1))
-        add(name, text + ", per square degree, in powers of sin^2; error %s" % mpmath.nstr(largest, 2), fit)
-
+        fits.append(minimax(lambda c: exact(1 - c) * radians**2, 1, mpf(0), mpf(1)))
+    add("kMeridianRatio", "((1 - e^2) / (a pi / 180)^2)^2", ratio)
+    add(
+        "kMeridianFourth",
+        "the same times k1 (pi / 180)^2, in powers of cos^2; error of k1 (pi / 180)^2 %s" % mpmath.nstr(fits[0][1], 2),
+        [ratio * factor for factor in fits[0][0]],
+    )
+    add("kMeridianSagitta", "the same times (pi / 180)^2 / 4", ratio * radians**2 / 4)
+    add(
+        "kParallelFourth",
+        "k2 (pi / 180)^2, in powers of cos^2; error %s" % mpmath.nstr(fits[1][1], 2),
+        fits[1][0],
+    )
     add("kSquareMetresAtEquator", "(a pi / 180)^2, square metres per square degree", metres_per_degree_squared)
     add("kESquared", "e^2 = f (2 - f)", E2)
     add("kOneMinusESquared", "1 - e^2", 1 - E2)

@@ -9,20 +9,22 @@ namespace tarvo {
 namespace geodesy {
 
 // cos^2(x / 2 degrees) = (180^2 - x^2)^2 P(x^2) for |x| <= 180; relative error 9.2e-12.
-constexpr double kCosSquared[] = {
-    9.525986892154497e-10, -1.3742150452268817e-14, 8.580234840251037e-20, -3.115133855755913e-25,
-    7.4870381563518725e-31, -1.2782961848947707e-36, 1.479216687236354e-42};
+constexpr double kCosSquared[] = {9.525986892154497e-10,  -1.3742150452268817e-14, 8.580234840251037e-20,
+                                  -3.115133855755913e-25, 7.4870381563518725e-31,  -1.2782961848947707e-36,
+                                  1.479216687236354e-42};
 // (a pi / 180)^2 / (1 - e^2 sin^2) in powers of cos^2, square metres per square degree; relative error 1.6e-11.
-constexpr double kSquareMetres[] = {
-    12475545069.556402, -84078889.00591032, 566617.6561100736, -3767.92994430067};
-// (1 - e^2) / (a pi / 180)^2: times the above, the squared ratio of the curvatures' root.
-constexpr double kMeridianRatio = 8.015681835211831e-11;
+constexpr double kSquareMetres[] = {12475545069.556402, -84078889.00591032, 566617.6561100736,
+                                    -3767.92994430067};
 // (pi / 180)^2 / 12.
 constexpr double kTwelfth = 2.5384784982225715e-05;
-// k1: fourth order along the meridian, per square degree, in powers of sin^2; error 3.0e-9.
-constexpr double kMeridianFourth[] = {5.128125481207966e-07, -1.023048216990449e-06};
-// k2: fourth order along the parallel, per square degree, in powers of sin^2; error 2.7e-9.
-constexpr double kParallelFourth[] = {2.5212125699363995e-05, 1.7096614778589336e-06};
+// ((1 - e^2) / (a pi / 180)^2)^2.
+constexpr double kMeridianRatio = 6.42511552833449e-21;
+// the same times k1 (pi / 180)^2, in powers of cos^2; error of k1 (pi / 180)^2 3.0e-9.
+constexpr double kMeridianFourth[] = {-3.2783231191645375e-27, 6.573202985220246e-27};
+// the same times (pi / 180)^2 / 4.
+constexpr double kMeridianSagitta = 4.893005285181918e-25;
+// k2 (pi / 180)^2, in powers of cos^2; error 2.7e-9.
+constexpr double kParallelFourth[] = {2.6921787177222926e-05, -1.7096614778589336e-06};
 // (a pi / 180)^2, square metres per square degree.
 constexpr double kSquareMetresAtEquator = 12392029030.47372;
 // e^2 = f (2 - f).
@@ -42,8 +44,8 @@ constexpr double kSixthU6[] = {-0.09171233168197275, 0.16144750178180733, 0.0310
 // factor of U^4 V^2, in powers of sin^2; error 0.00014.
 constexpr double kSixthU4V2[] = {-1.703317360213258, -22.200542010455816, 0.2743635829560512};
 // factor of U^2 V^4, in powers of sin^2; error 4.6e-5.
-constexpr double kSixthU2V4[] = {
-    -1.5970070389307294, -13.034489944854965, 38.897738410641516, -0.1489464865728012};
+constexpr double kSixthU2V4[] = {-1.5970070389307294, -13.034489944854965, 38.897738410641516,
+                                 -0.1489464865728012};
 // factor of V^6, over sin^2 cos^2, in powers of sin^2; error 4.5e-6.
 constexpr double kSixthV6[] = {-9.646894959197592, 12.840924562744439, 0.02159902705847046};
 // mean of I1, length, in powers of epsilon from epsilon^0.
@@ -59,11 +61,11 @@ constexpr double kLengthSine8[] = {-0.009765625, -0.009765625};
 // factor of sin(10 sigma), in powers of epsilon from epsilon^5.
 constexpr double kLengthSine10[] = {-0.00546875};
 // mean of I3, longitude, in powers of epsilon from epsilon^0.
-constexpr double kLongitudeMean[] = {
-    1.0, -0.49916038980680816, -0.2502088451303832, -0.06281502857906797, -0.04692791641066043};
+constexpr double kLongitudeMean[] = {1.0, -0.49916038980680816, -0.2502088451303832, -0.06281502857906797,
+                                     -0.04692791641066043};
 // factor of sin(2 sigma), in powers of epsilon from epsilon^1.
-constexpr double kLongitudeSine2[] = {
-    0.24958019490340408, 0.0004191001513194145, -0.07788837609306076, -0.031302034456136746};
+constexpr double kLongitudeSine2[] = {0.24958019490340408, 0.0004191001513194145, -0.07788837609306076,
+                                      -0.031302034456136746};
 // factor of sin(4 sigma), in powers of epsilon from epsilon^2.
 constexpr double kLongitudeSine4[] = {0.062342661206936094, 0.01570340526400798, -0.015520049206318071};
 // factor of sin(6 sigma), in powers of epsilon from epsilon^3.

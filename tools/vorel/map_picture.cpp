@@ -17,10 +17,10 @@ constexpr double kSubtitlePixels = 19.0;  // each line
 constexpr double kFooterPixels = 74.0;    // longitudes, scale bar and legend
 constexpr double kOverlapPixels = 60.0;   // lines go on this far beyond the map's edge, under the clip
 constexpr double kFarthestPixels = 1e5;   // where an arrow far outside of the map is put
-constexpr double kFullArrowPixels = 15.0;
+constexpr double kFullArrowPixels = 14.0;
 constexpr double kSmallestArrowPixels = 2.0;
 constexpr double kReadableArrowPixels = 8.0;
-constexpr double kArrowOfSpacing = 0.8;
+constexpr double kArrowOfSpacing = 0.65;
 constexpr double kRoomOfEnlargedArrow = 2.4;  // arrow lengths from one to the next
 
 constexpr const char* kStyle = R"(
@@ -38,7 +38,7 @@ text { font-family: "DejaVu Sans", "Helvetica Neue", Arial, sans-serif; fill: #2
 .route, .legend-route { fill: none; stroke: #b3bcc4; stroke-width: 2.4; stroke-linejoin: round; stroke-linecap: round; }
 .piece, .legend-piece { fill: none; stroke: #4f93ce; stroke-width: 4.6; stroke-linejoin: round; stroke-linecap: round; }
 .arrow, .legend-arrow { fill: #b3361e; stroke: #ffffff; stroke-width: 1; stroke-linejoin: round; }
-.small { stroke: none; }
+.small { fill: #ffffff; stroke: none; }
 .bar { fill: #2b3a45; stroke: #2b3a45; stroke-width: 1; }
 .bar-light { fill: #ffffff; stroke: #2b3a45; stroke-width: 1; }
 )";
@@ -168,7 +168,7 @@ void MapPicture::SetArrowSpacing(double metres) {
 }
 
 std::string MapPicture::ArrowNote() const {
-  if (arrowPixels_ == kFullArrowPixels) return "";
+  if (arrowPixels_ == kFullArrowPixels || arrows_.sizeBytes() == 0) return "";
   if (!enlargesSome_) return "arrows drawn smaller, for their spacing";
   const bool overlap = arrowPixels_ == kSmallestArrowPixels;
   return std::string(overlap ? "arrows stand closer than they can be drawn and overlap"

@@ -1,3 +1,5 @@
+#include <unistd.h>
+
 #include <filesystem>
 #include <iostream>
 #include <memory>
@@ -95,6 +97,9 @@ class SymbolsRun {
         spacingMetres_(ParseWholeMetres(options.spacing, "--spacing")),
         route_(options.route),
         reader_(route_) {
+    if (options.route == "-" && isatty(STDIN_FILENO) == 1) {
+      throw BadInput("no ROUTE is given, and standard input is a terminal");
+    }
     if (!options.view.empty()) view_ = ParseView(options.view, "--view");
     if (!options.area.empty()) {
       if (options.area == "-" && options.route == "-") {
@@ -175,7 +180,7 @@ class SymbolsRun {
     if (lines == 0) {
       throw BadInput(
           route_.name() + ": holds no line" +
-          (geometriesLeftOut_ == 0 ? "" : ", only " + Counted(geometriesLeftOut_, "other geometr") + ""));
+          (geometriesLeftOut_ == 0 ? "" : ", only " + Counted(geometriesLeftOut_, "other object")));
     }
   }
 
@@ -219,9 +224,9 @@ class SymbolsRun {
   std::vector<std::string> Subtitles(const MapPicture& picture) const {
     constexpr const char* kDot = " \xC2\xB7 ";
     std::string counts = Counted(symbols_, "symbol") + ", one every " + std::to_string(spacingMetres_) +
-                         " m" + kDot + Counted(pieces_, "piece") + " of " + Counted(routes_, "route") +
-                         " in view";
-    if (area_) counts += ", in the area only";
+                         " m" + kDot + Counted(pieces_, "piece") + " in view" + kDot +
+                         Counted(routes_, "route");
+    if (area_) counts += std::string(kDot) + "in the area only";
     const MapProjection& projection = picture.projection();
     const Pixel upperLeft = projection.ToPixel({view_->min.longitude, view_->max.latitude});
     const Pixel lowerRight = projection.ToPixel({view_->max.longitude, view_->min.latitude});
