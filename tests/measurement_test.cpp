@@ -209,6 +209,7 @@ INSTANTIATE_TEST_SUITE_P(
         FindCase{"NaNTarget", {0.0, 10.0, 20.0}, kNaN, 0}, FindCase{"OneValueBelow", {3.0}, 4.0, 0},
         FindCase{"OneValueAbove", {3.0}, 2.0, 0}, FindCase{"LastOfEquals", {0.0, 5.0, 5.0, 5.0, 9.0}, 5.0, 3},
         FindCase{"AllEqual", {5.0, 5.0, 5.0, 5.0}, 5.0, 3}, FindCase{"NegativeZero", {0.0, 1.0}, -0.0, 0},
+        FindCase{"FirstGreaterThoughUnsorted", {9.0, 1.0, 2.0}, 5.0, 0},
         FindCase{"NaNFirst", {kNaN, 1.0, 2.0}, 5.0, 2}, FindCase{"NaNMiddle", {0.0, kNaN, 2.0}, 5.0, 0},
         FindCase{"NaNLast", {0.0, 1.0, kNaN}, 5.0, 1}, FindCase{"EvenCount", {0.0, 1.0, 2.0, 3.0}, 2.5, 2}),
     [](const auto& test) { return test.param.name; });
@@ -346,6 +347,7 @@ INSTANTIATE_TEST_SUITE_P(
                     BetweenCase{"SameIndexSameOffset", 2, 3.0, 2, 3.0, 0.0},
                     BetweenCase{"SameIndexBackward", 2, 10.5, 2, 3.0, 0.0},
                     BetweenCase{"SameIndexAtSize", 5, 1.0, 5, 3.0, 0.0},
+                    BetweenCase{"SameIndexInfiniteOffsets", 2, kInfinity, 2, kInfinity, kNaN},
                     BetweenCase{"NaNOffsetA", 2, kNaN, 2, 3.0, kNaN},
                     BetweenCase{"NaNOffsetB", 1, 3.0, 2, kNaN, kNaN}),
     NameOfBetween);
