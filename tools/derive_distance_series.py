@@ -471,13 +471,17 @@ HEADER_TOP = """\
 // Printed by tools/derive_distance_series.py, which derives every number here from the semi-major axis and the
 // flattening of WGS-84; `derive_distance_series.py --check` tells whether this file still holds exactly those.
 // "In powers of t" lists the factors of t^0, t^1, ...; angles in degrees unless said otherwise.
-// clang-format off: these lines stand as the script prints them.
+
+// These lines stand as the script prints them.
+// clang-format off
 
 namespace tarvo {
 namespace geodesy {
 """
 
 HEADER_BOTTOM = """
+// clang-format on
+
 }  // namespace geodesy
 }  // namespace tarvo
 
