@@ -57,8 +57,8 @@ class VOREL_EXPORT VorelGeometryAlgorithm {
   ///     a---b - - -    the angle between the dashes and b-c
   ///
   /// @param a, b, c  degrees
-  /// @return degrees in [0, 180]; 0 when either segment has no length; NaN for NaN input, and (deliberate) for some
-  ///         nearly straight or nearly reversed turns, whose cosine rounding pushes beyond 1
+  /// @return degrees in [0, 180]; 0 when either segment has no length; NaN for NaN input, and (deliberate) where
+  ///         rounding pushes the cosine beyond 1: for about one in six exactly straight or reversed turns
   /// Cost: one square root, one arc cosine.
   static float GetAngle(const tarvo::GeoCoordinate& a, const tarvo::GeoCoordinate& b,
                         const tarvo::GeoCoordinate& c);
@@ -68,7 +68,7 @@ class VOREL_EXPORT VorelGeometryAlgorithm {
   /// @param from, to  degrees
   /// @return degrees from north, clockwise, in [-180, 180]: west is negative; 0 for equal points; NaN for NaN or infinite
   ///         input
-  /// Cost: five sines and cosines, one arc tangent. Formula: spherical trigonometry, four-parts formula.
+  /// Cost: six sines and cosines, one arc tangent. Formula: spherical trigonometry, four-parts formula.
   static double GetAngle(const tarvo::GeoCoordinate& from, const tarvo::GeoCoordinate& to);
 
   /// Heading from point 1 to point 2 in [0, 360], decided on a grid of one hundredth of an arc-second (3 dm).
@@ -79,8 +79,9 @@ class VOREL_EXPORT VorelGeometryAlgorithm {
   ///
   /// @param lat1, lat2  latitudes in degrees; note that the latitude comes first
   /// @param lon1, lon2  longitudes in degrees; not folded, so a step across the antimeridian counts the long way round
-  /// @return degrees from north, clockwise; 0 when the formula gives NaN (NaN input, antipodes, rounding). Beyond
-  ///         5965 degrees the grid saturates
+  /// @return degrees from north, clockwise; 0 when the formula gives NaN: for NaN input, antipodes, and where rounding
+  ///         pushes a sine beyond 1, so that a heading close to due east or west may come back as 0. Beyond 5965 degrees the
+  ///         grid saturates
   /// Cost: up to eight calls of the math library. Formula: spherical law of cosines, then law of sines.
   static double GetYaw(double lat1, double lon1, double lat2, double lon2);
 
@@ -94,14 +95,14 @@ class VOREL_EXPORT VorelGeometryAlgorithm {
   /// `to - from`, folded into [-180, 180): a difference of 180 gives -180 (deliberate; `CalcAziDiff` keeps +180).
   ///
   /// @param from, to  degrees, any finite value
-  /// @return degrees; NaN for NaN or infinite input
+  /// @return degrees; NaN where the difference is NaN or infinite
   static float AngleDiff(float from, float to);
 
   /// Folds an angle into (-180, 180] by steps of 360 in float.
   ///
   /// @param angle  degrees, |angle| <= 8589934592 (2^33): beyond it, and for infinities, the loop never ends. Unchecked
   /// @return degrees; NaN for NaN
-  /// Cost: |angle| / 360 steps; 2^33 takes some tens of milliseconds.
+  /// Cost: |angle| / 360 steps; 2^33 takes some 0.1 s.
   static float NormalizeAngle180(float angle);
 
   /// Folds an angle into [0, 360) by steps of 360 in float. Deliberate: a negative angle closer to 0 than 1.5e-5 gives
@@ -109,7 +110,7 @@ class VOREL_EXPORT VorelGeometryAlgorithm {
   ///
   /// @param angle  degrees, |angle| <= 8589934592 (2^33): beyond it, and for infinities, the loop never ends. Unchecked
   /// @return degrees; NaN for NaN
-  /// Cost: |angle| / 360 steps; 2^33 takes some tens of milliseconds.
+  /// Cost: |angle| / 360 steps; 2^33 takes some 0.1 s.
   static float NormalizeAngle360(float angle);
 
   /// Candidates for the third side of a triangle of which two sides and the angle facing one of them are known.
@@ -171,8 +172,9 @@ class VOREL_EXPORT VorelGeometryAlgorithm {
   /// @param point     degrees; the centre of the square
   /// @param distance  metres; above 12000 the answer is always false (deliberate); NaN counts as below 11
   /// @param other     degrees; a NaN coordinate counts as near
-  /// Toward the poles the square narrows: at latitude 60 points due east farther than half the distance may already be
-  /// refused. From 11132 m up the same holds due north.
+  /// The square does not hold every point within `distance`: 0.01 degree spans 1106 (equator) to 1117 m (pole) due north,
+  /// and due east 1113 m at the equator but 558 m at latitude 60. So a point within the radius may be refused: due east
+  /// away from the equator, due north for a distance just below a threshold (from 1106 m in this example) or near 12000 m.
   /// Cost: up to eight comparisons.
   static bool IsPointNearOtherOne(const tarvo::GeoCoordinate& point, float distance,
                                   const tarvo::GeoCoordinate& other);
@@ -193,7 +195,8 @@ class VOREL_EXPORT VorelGeometryAlgorithm {
   ///
   /// @param start, end  degrees
   /// @param distance    metres; deliberately unclamped: negative lies before `start`, beyond the length past `end`
-  /// @return degrees; infinite or NaN when `start` and `end` coincide
+  /// @return degrees; NaN when `start` equals `end`; infinite or NaN when the two differ but name one place (a whole turn
+  ///         of longitude, a pole)
   /// Cost: one distance.
   static tarvo::GeoCoordinate GetLinePoint(const tarvo::GeoCoordinate& start, const tarvo::GeoCoordinate& end,
                                            double distance);
@@ -220,12 +223,17 @@ class VOREL_EXPORT VorelGeometryAlgorithm {
 
   /// The point reached from a start after `distance` metres on an initial heading, on the WGS-84 ellipsoid.
   ///
-  /// @param longitude, latitude  start, degrees
-  /// @param azimuth              initial heading, degrees
-  /// @param distance             metres, |distance| <= 1e10 (1500 times the earth's radius; unchecked): beyond it the
-  ///                             iteration may never settle
-  /// @param outLongitude         degrees, not folded into [-180, 180]; 200 marks failure (NaN or infinite input)
-  /// @param outLatitude          degrees; 200 marks failure, independently of the longitude
+  /// @param longitude     start, degrees; only added in the end
+  /// @param latitude      start, degrees in [-90, 90]; 100 is taken for -80, which has the same tangent
+  /// @param azimuth       initial heading, degrees
+  /// @param distance      metres, |distance| <= 5e10 (1250 times round the earth; unchecked): the iteration may never
+  ///                      settle from 5.2e10 on, where neighbouring arcs differ by more than its threshold. Negative:
+  ///                      backwards. Deliberate: where the arc on the auxiliary sphere is one whole turn to 1e-12 radians,
+  ///                      the iteration is left out and the result lies on the equator
+  /// @param outLongitude  degrees, not folded into [-180, 180]; 200 where the result is NaN: for any NaN argument and for
+  ///                      an infinite latitude, azimuth or distance. An infinite longitude stays infinite
+  /// @param outLatitude   degrees; 200 where the result is NaN, independently of the longitude: for a NaN or infinite
+  ///                      latitude or azimuth and an infinite distance. Deliberate: a NaN distance gives 0
   /// The outputs may be the variables passed as inputs.
   /// Cost: some 20 calls of the math library. Formula: T. Vincenty, Direct and inverse solutions of geodesics on the
   /// ellipsoid with application of nested equations, Survey Review XXIII 176 (1975), equations 1-11.
@@ -236,8 +244,8 @@ class VOREL_EXPORT VorelGeometryAlgorithm {
   /// centre, whose distance and bearing are laid off on a sphere.
   ///
   /// @param point, center  degrees
-  /// @param angle          degrees, |angle| <= 3.6e9 (unchecked): the turn is folded by steps of 360, and an infinite one
-  ///                       never ends
+  /// @param angle          degrees, |angle| <= 3.6e9 (unchecked): the turn is folded by steps of 360, which takes some
+  ///                       0.05 s for 3.6e9, longer in proportion, and never ends beyond 2^62 and for infinities
   /// @return degrees; NaN for NaN input. By 0 degrees: the point itself up to the difference of sphere and ellipsoid
   ///         (0.6 % of the radius); about a pole the longitude has no meaning
   /// Cost: one bearing, one distance, three sines and cosines, |angle| / 360 steps.
