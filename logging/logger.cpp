@@ -30,7 +30,9 @@ struct Slot {
   std::shared_ptr<const SinkList> sinks;  // under the registry lock; the list itself never changes
 };
 
-constexpr std::uint32_t kBucketCount = 64;
+// Ids are small numbers, given out in sequence: with their remainder as the bucket, a thousand loggers are all
+// found at the first look.
+constexpr std::uint32_t kBucketCount = 1024;
 
 // Constant-initialised and trivially destroyed, so that the test works before main and during exit.
 std::array<std::atomic<Slot*>, kBucketCount> bucketHeads{};

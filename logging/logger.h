@@ -30,7 +30,8 @@ class VOREL_EXPORT Logger {
 
   /// Whether a logger with this id exists and accepts this level, which means `level` >= its minimum level.
   /// A logger without sinks accepts as well.
-  /// Cost: 1 to 3 ns, no lock, no allocation; hardly depends on the number of loggers.
+  /// Cost: some 3 ns, no lock, no allocation. Loggers whose ids differ by a multiple of 1024 slow each other down,
+  /// by about 1 ns each.
   static bool TestLogLevel(unsigned instanceId, LogLevel level) noexcept;
 
   /// Creates a logger.
