@@ -297,17 +297,20 @@ class VOREL_EXPORT VorelGeometryAlgorithm {
   /// Whether `point` lies on the edge from `a` to `b`; otherwise counts the edge if a ray from the point toward
   /// growing longitude crosses it. Only an edge whose latitudes span the point's (lower end excluded) takes part.
   ///
-  /// @param point, a, b  degrees; a NaN latitude of the point leaves the edge out
-  /// @param crossings    grows by 1 when the ray crosses the edge
-  /// @return true when the point lies within 1e-7 degree of longitude of the edge; `crossings` is then unchanged
+  /// @param point, a, b  degrees; a NaN latitude, of the point or of an end, leaves the edge out
+  /// @param crossings    grows by 1 when the ray crosses the edge; less than the largest int (unchecked)
+  /// @return true when the point lies less than 1e-7 degree of longitude from the edge (see `PointRayTestInner` for
+  ///         nearly horizontal ones); `crossings` is then unchanged
   /// Cost: four comparisons, one division.
   static bool PointRayTest(tarvo::GeoCoordinate point, tarvo::GeoCoordinate a, tarvo::GeoCoordinate b,
                            int& crossings);
 
-  /// `PointRayTest` for an edge that is known to span the point's latitude: that is not checked here.
+  /// `PointRayTest` for an edge that is known to span the point's latitude: that is not checked here, and an edge that
+  /// does not is prolonged until it does.
   ///
-  /// An edge that rises less than 1e-7 degree is met when the point's longitude lies between its ends; otherwise it
-  /// counts as crossed on whichever side the point lies (deliberate).
+  /// An edge that rises or falls less than 1e-7 degree is met when the point's longitude lies between its ends (the ends
+  /// included); otherwise it counts as crossed on whichever side the point lies (deliberate). A NaN longitude counts
+  /// there too, but crosses no other edge.
   static bool PointRayTestInner(tarvo::GeoCoordinate point, tarvo::GeoCoordinate a, tarvo::GeoCoordinate b,
                                 int& crossings);
 
@@ -318,8 +321,10 @@ class VOREL_EXPORT VorelGeometryAlgorithm {
   ///     (0,0)_____(1,0)    of longitude of any other edge count as on it.
   ///
   /// @param polygon  degrees; closed by itself: the first vertex is not repeated at the end (repeating it does no harm).
-  ///                 Fewer than 3 vertices contain nothing. Not unwrapped at the antimeridian
-  /// @param point    degrees; NaN lies nowhere
+  ///                 Fewer than 3 vertices contain nothing. Not unwrapped at the antimeridian. Both edges at a vertex
+  ///                 whose latitude is NaN are left out
+  /// @param point    degrees; may be a vertex of `polygon`. A NaN latitude lies nowhere; neither does a NaN longitude,
+  ///                 unless an edge that rises less than 1e-7 degree spans the latitude (see `PointRayTestInner`)
   /// Cost: a few comparisons per vertex; nothing is built or cached.
   template <class Polygon = std::vector<tarvo::GeoCoordinate>>
   static bool IsPointInPolygon(const Polygon& polygon, tarvo::GeoCoordinate point) = delete;
