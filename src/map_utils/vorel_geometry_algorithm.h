@@ -339,11 +339,12 @@ class VOREL_EXPORT VorelGeometryAlgorithm {
   ///          +-------+
   ///
   /// A segment with both ends outside that passes through (or touches a corner) is a piece of its own. A vertex between
-  /// two pieces stands in both. One vertex inside gives one empty piece (deliberate).
+  /// two pieces stands in both. A line of one vertex that lies inside gives one empty piece (deliberate).
   ///
   /// @param line    degrees; a NaN coordinate counts as inside. At most 4294967295 points
-  /// @param rect    degrees, border inside; an inverted one contains no vertex, but a segment that meets the diagonals of
-  ///                its corners is still a piece
+  /// @param rect    degrees, border inside; borders may be infinite. An inverted one contains no vertex, but a segment
+  ///                that meets a diagonal of its corners is still a piece. A NaN border excludes no vertex, and no
+  ///                segment with both ends outside is then a piece
   /// @param pieces  appended to; no element of it may be `line`
   /// @return false for an empty line, else true
   /// Cost: four comparisons per vertex; per segment outside at most two segment tests.
@@ -365,9 +366,10 @@ class VOREL_EXPORT VorelGeometryAlgorithm {
                                 std::vector<std::vector<tarvo::GeoCoordinate>>& pieces);
 
   /// Whether the closed segments a-b and c-d meet or touch, planar, without tolerance. Collinear segments meet when their
-  /// boxes do.
+  /// boxes do; a segment may be a point.
   ///
-  /// @param a, b, c, d  degrees
+  /// @param a, b, c, d  degrees; may be the same objects. False when a coordinate is NaN; with an infinite one the answer
+  ///                    depends on the order of the points
   /// Cost: at most eight products.
   static bool IsTwoSegmentJoined(const tarvo::GeoCoordinate& a, const tarvo::GeoCoordinate& b,
                                  const tarvo::GeoCoordinate& c, const tarvo::GeoCoordinate& d);
