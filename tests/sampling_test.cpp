@@ -566,12 +566,15 @@ TEST(SamplingDeathTest, BrokenPreconditionsNameThemselves) {
   GTEST_SKIP() << "skipped: preconditions are checked in builds with VOREL_CHECK_PRECONDITIONS=1 only";
 }
 
-TEST(CalcPointsInPolyline, IntervalOfZeroRepeatsTheStartUpToTheLimit) {
-  // Outside of the contract, but with a limit harmless.
-  for (const double interval : {0.0, -0.0}) {
+TEST(CalcPointsInPolyline, IntervalOfZeroOrLessRepeatsTheStartUntilTheLimitOrTheEndOfMemory) {
+  // Outside of the contract, but it ends.
+  for (const double interval : {0.0, -0.0, -1.0, -kInfinity}) {
     Line out;
     EXPECT_FALSE(VorelGeometryAlgorithm::CalcPointsInPolyline(EastLine({0, 100}), interval, 5, out));
     EXPECT_TRUE(SameBits(out, Line(5, GeoCoordinate(0.0, 0.0))));
+    const vorel_test::AllocationLimit limit(16);
+    EXPECT_THROW(VorelGeometryAlgorithm::CalcPointsInPolyline({{0, 0}, {1, 0}}, interval, 0, out),
+                 std::bad_alloc);
   }
 }
 #endif

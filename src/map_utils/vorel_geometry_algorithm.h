@@ -280,10 +280,14 @@ class VOREL_EXPORT VorelGeometryAlgorithm {
   /// segment is interpolated with ratio 1 (deliberate: they may differ in the last bit). The last vertex comes only if a
   /// sample falls on it. Repeated vertices add nothing.
   ///
+  /// Within a segment the way is divided evenly in degrees by a ratio that is rounded to float: a sample lies up to 3e-8
+  /// of its segment's length beside its place. A segment whose length is NaN ends the sampling.
+  ///
   /// @param points    degrees, at least one point (unchecked)
-  /// @param interval  metres, greater than 0 (unchecked: 0 or less never ends without a limit). NaN, like a NaN distance,
-  ///                  gives no sample. Some length / interval points are appended, so mind the memory: below 1.2e-16 of
-  ///                  a segment's length the walk stands still and never ends without a limit
+  /// @param interval  metres, greater than 0 (unchecked); NaN gives the start alone. Some length / interval points are
+  ///                  appended: without a limit a tiny interval (as 0 and less) ends with the vector's exception when
+  ///                  memory runs out. Before the offsets could stand still, below 1.2e-16 of a segment's length, 8e15
+  ///                  points would be appended
   /// @param maxCount  limit on the size of `out`, points that it held before included (deliberate); <= 0: no limit. The
   ///                  start is appended even when the limit is already reached
   /// @param out       appended to; must not be `points`
@@ -379,13 +383,15 @@ class VOREL_EXPORT VorelGeometryAlgorithm {
   /// Evenly spaced points on the part of a route that lies in a view: one run of points per piece of `CutPolyline`,
   /// sampled by `CalcPointsInPolyline`.
   ///
-  /// A piece shorter than the spacing gives its first and its last vertex. For a route other than the main one only the
-  /// points inside `area` stay; a run is not split where it leaves the area.
+  /// A piece shorter than the spacing (or whose first segment has NaN for its length) gives its first and its last
+  /// vertex. For a route other than the main one only the points inside `area` stay; a run is not split where it leaves
+  /// the area.
   ///
   /// @param shape        the route's line, degrees
   /// @param isMainRoute  true: `area` is not looked at
   /// @param viewRect     degrees, border inside
-  /// @param area         polygon, degrees (see `IsPointInPolygon`); with fewer than 3 vertices it empties every run
+  /// @param area         polygon, degrees (see `IsPointInPolygon`); with fewer than 3 vertices it empties every run. May
+  ///                     be `shape` itself
   /// @param interval     spacing in whole metres; 0 or less gives one empty run per piece
   /// @param owner        the caller's label in log and timing
   /// @param out          cleared, then one run per piece, in order; empty for an empty shape; must not hold `shape` or
