@@ -283,6 +283,46 @@ TEST(CalcPointsInPolyline, OffsetsAddUpInDoubleAndRatiosAreNarrowedToFloat) {
   EXPECT_NE(out[1].longitude, a.longitude + ratio * (b.longitude - a.longitude));
 }
 
+TEST(CalcPointsInPolyline, TheWayWalkedIsTakenFromTheOffsetAlreadyAdvanced) {
+  // A second segment that ends exactly one interval after the last sample of the first one shows each bit of what is
+  // carried over: its end is the vertex itself. Two other orders of operations carry something else now and then.
+  constexpr unsigned kSeed = 31007;
+  std::mt19937 generator(kSeed);
+  int found = 0;
+  int otherOrder = 0;
+  int yetAnotherOrder = 0;
+  for (int run = 0; run < 20000; ++run) {
+    const GeoCoordinate start = East(-Uniform(generator, 50, 300));
+    const GeoCoordinate middle(0, 0);                         // where steps of the next longitude are finest
+    const double interval = Uniform(generator, 15, 120) / 3;  // a third: sums must round
+    const double first = middle.DistanceTo(start);
+    double offset = interval;
+    while (first >= offset) offset = offset + interval;
+    const double walked = first - (offset - interval);
+    GeoCoordinate end = East(interval - walked);
+    for (int i = 0; i < 3; ++i) end.longitude *= (interval - walked) / end.DistanceTo(middle);
+    const double place = std::nextafter(end.longitude, 1.0) - end.longitude;
+    end.longitude -= 8 * place;
+    for (int step = 0; step < 16 && walked + end.DistanceTo(middle) != interval; ++step)
+      end.longitude += place;
+    const double second = end.DistanceTo(middle);
+    if (walked + second != interval || second <= 1.0) continue;
+    ++found;
+    otherOrder += first - offset + interval + second != interval;
+    yetAnotherOrder += interval - (offset - first) + second != interval;
+    // One more vertex, to see that the count starts anew at the vertex before.
+    const GeoCoordinate last = East(interval - walked + interval * 1.5);
+    Line out;
+    VorelGeometryAlgorithm::CalcPointsInPolyline({start, middle, end, last}, interval, 0, out);
+    ASSERT_GE(out.size(), 3u);
+    ASSERT_TRUE(SameBits(out[out.size() - 2], end)) << "seed " << kSeed << ", run " << run;
+    ASSERT_TRUE(SameBits(out.back(), AtOffset(end, last, interval, last.DistanceTo(end)))) << "run " << run;
+  }
+  EXPECT_GT(found, 1000);
+  EXPECT_GT(otherOrder, 100);
+  EXPECT_GT(yetAnotherOrder, 100);
+}
+
 // ---- Properties -----------------------------------------------------------------------------------------------
 
 struct SampleErrors {

@@ -247,6 +247,22 @@ TEST(GetInterpolateShapePoints, APieceOfTwoSamplesGetsNoClosingPoint) {
   EXPECT_NEAR(runs[0][1].longitude, 0.0018983, 1e-7);
 }
 
+TEST(GetInterpolateShapePoints, ALargeIntervalIsNotRoundedToFloat) {
+  const Line shape{{-179, 0}, {0.9, 0}};  // 20027 km
+  const Rect view{{-180, -1}, {180, 1}};
+  int differences = 0;
+  for (const int interval : {16777217, 16777219, 18000001, 19999999}) {
+    Line expected;
+    VorelGeometryAlgorithm::CalcPointsInPolyline(shape, interval, -1, expected);
+    ASSERT_EQ(expected.size(), 2u);
+    EXPECT_TRUE(SameBits(InterpolateQuietly(shape, true, view, {}, interval), Runs{expected}));
+    Line rounded;
+    VorelGeometryAlgorithm::CalcPointsInPolyline(shape, static_cast<float>(interval), -1, rounded);
+    differences += rounded[1] != expected[1];
+  }
+  EXPECT_GT(differences, 0);  // otherwise nothing was shown
+}
+
 // The composition of the public parts, step by step.
 Runs Compose(const Line& shape, bool isMainRoute, const Rect& view, const Line& area, int interval,
              int& logged) {
