@@ -438,10 +438,14 @@ class VOREL_EXPORT VorelGeometryAlgorithm {
   /// segment is interpolated with ratio 1 (deliberate: they may differ in the last bit). The last vertex comes only if a
   /// sample falls on it. Repeated vertices add nothing.
   ///
+  /// Within a segment the way is divided evenly in degrees by a ratio that is rounded to float: a sample lies up to 3e-8
+  /// of its segment's length beside its place. A segment whose length is NaN ends the sampling.
+  ///
   /// @param points    degrees, at least one point (unchecked)
-  /// @param interval  metres, greater than 0 (unchecked: 0 or less never ends without a limit). NaN, like a NaN distance,
-  ///                  gives no sample. Some length / interval points are appended, so mind the memory: below 1.2e-16 of
-  ///                  a segment's length the walk stands still and never ends without a limit
+  /// @param interval  metres, greater than 0 (unchecked); NaN gives the start alone. Some length / interval points are
+  ///                  appended: without a limit a tiny interval (as 0 and less) ends with the vector's exception when
+  ///                  memory runs out. Before the offsets could stand still, below 1.2e-16 of a segment's length, 8e15
+  ///                  points would be appended
   /// @param maxCount  limit on the size of `out`, points that it held before included (deliberate); <= 0: no limit. The
   ///                  start is appended even when the limit is already reached
   /// @param out       appended to; must not be `points`
@@ -584,17 +588,20 @@ class VOREL_EXPORT VorelGeometryAlgorithm {
   /// Whether `point` lies on the edge from `a` to `b`; otherwise counts the edge if a ray from the point toward
   /// growing longitude crosses it. Only an edge whose latitudes span the point's (lower end excluded) takes part.
   ///
-  /// @param point, a, b  degrees; a NaN latitude of the point leaves the edge out
-  /// @param crossings    grows by 1 when the ray crosses the edge
-  /// @return true when the point lies within 1e-7 degree of longitude of the edge; `crossings` is then unchanged
+  /// @param point, a, b  degrees; a NaN latitude, of the point or of an end, leaves the edge out
+  /// @param crossings    grows by 1 when the ray crosses the edge; less than the largest int (unchecked)
+  /// @return true when the point lies less than 1e-7 degree of longitude from the edge (see `PointRayTestInner` for
+  ///         nearly horizontal ones); `crossings` is then unchanged
   /// Cost: four comparisons, one division.
   static bool PointRayTest(tarvo::GeoCoordinate point, tarvo::GeoCoordinate a, tarvo::GeoCoordinate b,
                            int& crossings);
 
-  /// `PointRayTest` for an edge that is known to span the point's latitude: that is not checked here.
+  /// `PointRayTest` for an edge that is known to span the point's latitude: that is not checked here, and an edge that
+  /// does not is prolonged until it does.
   ///
-  /// An edge that rises less than 1e-7 degree is met when the point's longitude lies between its ends; otherwise it
-  /// counts as crossed on whichever side the point lies (deliberate).
+  /// An edge that rises or falls less than 1e-7 degree is met when the point's longitude lies between its ends (the ends
+  /// included); otherwise it counts as crossed on whichever side the point lies (deliberate). A NaN longitude counts
+  /// there too, but crosses no other edge.
   static bool PointRayTestInner(tarvo::GeoCoordinate point, tarvo::GeoCoordinate a, tarvo::GeoCoordinate b,
                                 int& crossings);
 
@@ -605,8 +612,10 @@ class VOREL_EXPORT VorelGeometryAlgorithm {
   ///     (0,0)_____(1,0)    of longitude of any other edge count as on it.
   ///
   /// @param polygon  degrees; closed by itself: the first vertex is not repeated at the end (repeating it does no harm).
-  ///                 Fewer than 3 vertices contain nothing. Not unwrapped at the antimeridian
-  /// @param point    degrees; NaN lies nowhere
+  ///                 Fewer than 3 vertices contain nothing. Not unwrapped at the antimeridian. Both edges at a vertex
+  ///                 whose latitude is NaN are left out
+  /// @param point    degrees; may be a vertex of `polygon`. A NaN latitude lies nowhere; neither does a NaN longitude,
+  ///                 unless an edge that rises less than 1e-7 degree spans the latitude (see `PointRayTestInner`)
   /// Cost: a few comparisons per vertex; nothing is built or cached.
   template <class Polygon = std::vector<tarvo::GeoCoordinate>>
   static bool IsPointInPolygon(const Polygon& polygon, tarvo::GeoCoordinate point) = delete;
@@ -621,11 +630,12 @@ class VOREL_EXPORT VorelGeometryAlgorithm {
   ///          +-------+
   ///
   /// A segment with both ends outside that passes through (or touches a corner) is a piece of its own. A vertex between
-  /// two pieces stands in both. One vertex inside gives one empty piece (deliberate).
+  /// two pieces stands in both. A line of one vertex that lies inside gives one empty piece (deliberate).
   ///
   /// @param line    degrees; a NaN coordinate counts as inside. At most 4294967295 points
-  /// @param rect    degrees, border inside; an inverted one contains no vertex, but a segment that meets the diagonals of
-  ///                its corners is still a piece
+  /// @param rect    degrees, border inside; borders may be infinite. An inverted one contains no vertex, but a segment
+  ///                that meets a diagonal of its corners is still a piece. A NaN border excludes no vertex, and no
+  ///                segment with both ends outside is then a piece
   /// @param pieces  appended to; no element of it may be `line`
   /// @return false for an empty line, else true
   /// Cost: four comparisons per vertex; per segment outside at most two segment tests.
@@ -647,9 +657,10 @@ class VOREL_EXPORT VorelGeometryAlgorithm {
                                 std::vector<std::vector<tarvo::GeoCoordinate>>& pieces);
 
   /// Whether the closed segments a-b and c-d meet or touch, planar, without tolerance. Collinear segments meet when their
-  /// boxes do.
+  /// boxes do; a segment may be a point.
   ///
-  /// @param a, b, c, d  degrees
+  /// @param a, b, c, d  degrees; may be the same objects. False when a coordinate is NaN; with an infinite one the answer
+  ///                    depends on the order of the points
   /// Cost: at most eight products.
   static bool IsTwoSegmentJoined(const tarvo::GeoCoordinate& a, const tarvo::GeoCoordinate& b,
                                  const tarvo::GeoCoordinate& c, const tarvo::GeoCoordinate& d);
@@ -659,13 +670,15 @@ class VOREL_EXPORT VorelGeometryAlgorithm {
   /// Evenly spaced points on the part of a route that lies in a view: one run of points per piece of `CutPolyline`,
   /// sampled by `CalcPointsInPolyline`.
   ///
-  /// A piece shorter than the spacing gives its first and its last vertex. For a route other than the main one only the
-  /// points inside `area` stay; a run is not split where it leaves the area.
+  /// A piece shorter than the spacing (or whose first segment has NaN for its length) gives its first and its last
+  /// vertex. For a route other than the main one only the points inside `area` stay; a run is not split where it leaves
+  /// the area.
   ///
   /// @param shape        the route's line, degrees
   /// @param isMainRoute  true: `area` is not looked at
   /// @param viewRect     degrees, border inside
-  /// @param area         polygon, degrees (see `IsPointInPolygon`); with fewer than 3 vertices it empties every run
+  /// @param area         polygon, degrees (see `IsPointInPolygon`); with fewer than 3 vertices it empties every run. May
+  ///                     be `shape` itself
   /// @param interval     spacing in whole metres; 0 or less gives one empty run per piece
   /// @param owner        the caller's label in log and timing
   /// @param out          cleared, then one run per piece, in order; empty for an empty shape; must not hold `shape` or
