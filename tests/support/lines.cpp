@@ -2,17 +2,13 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <map>
-
-#include <nlohmann/json.hpp>
-
-#include "support/bits.h"
+#include <limits>
 
 namespace testsupport {
 namespace {
+
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 LineZ WithHeights(const Line& line) {
   LineZ result;
@@ -64,8 +60,8 @@ std::vector<NamedLineZ> MakeAwkwardLinesZ() {
   std::vector<NamedLineZ> lines;
   for (const NamedLine& line : AwkwardLines()) lines.push_back({line.name, WithHeights(line.points)});
   LineZ special = WithHeights({{7.5, 47.5}, {7.501, 47.5}, {7.502, 47.501}, {7.503, 47.501}, {7.504, 47.5}});
-  special[1].z = kNaNFloat;
-  special[2].z = kInfinityFloat;
+  special[1].z = std::numeric_limits<float>::quiet_NaN();
+  special[2].z = std::numeric_limits<float>::infinity();
   special[3].z = -std::numeric_limits<float>::max();
   special[4].z = -0.0f;
   lines.push_back({"SpecialHeights", special});
@@ -142,56 +138,6 @@ Line WildLine(std::mt19937& generator, int vertexCount) {
 
 Line WithoutHeight(const LineZ& line) {
   return Line(line.begin(), line.end());
-}
-
-const std::vector<NamedLineZ>& RealLinesZ(const std::string& folder) {
-  static std::map<std::string, std::vector<NamedLineZ>> loaded;
-  const auto known = loaded.find(folder);
-  if (known != loaded.end()) return known->second;
-  std::vector<NamedLineZ>& lines = loaded[folder];
-  const char* root = std::getenv("VOREL_DATA_DIR");
-  if (root == nullptr) return lines;
-  const std::filesystem::path path = std::filesystem::path(root) / folder;
-  if (!std::filesystem::is_directory(path)) return lines;
-  std::vector<std::filesystem::path> files;
-  for (const auto& entry : std::filesystem::directory_iterator(path)) {
-    if (entry.path().extension() == ".geojson") files.push_back(entry.path());
-  }
-  std::sort(files.begin(), files.end());
-  for (const std::filesystem::path& file : files) {
-    std::ifstream stream(file);
-    const nlohmann::json collection = nlohmann::json::parse(stream);
-    int featureIndex = 0;
-    for (const nlohmann::json& feature : collection.at("features")) {
-      const std::string type = feature.at("geometry").at("type");
-      const nlohmann::json& coordinates = feature.at("geometry").at("coordinates");
-      std::vector<nlohmann::json> parts;
-      if (type == "LineString") {
-        parts = {coordinates};
-      } else if (type == "MultiLineString" || type == "Polygon") {
-        parts = coordinates.get<std::vector<nlohmann::json>>();
-      } else if (type == "MultiPolygon") {
-        for (const nlohmann::json& polygon : coordinates)
-          parts.insert(parts.end(), polygon.begin(), polygon.end());
-      }
-      for (const nlohmann::json& part : parts) {
-        LineZ line;
-        for (const nlohmann::json& position : part) {
-          line.emplace_back(position.at(0).get<double>(), position.at(1).get<double>(),
-                            position.size() > 2 ? position.at(2).get<float>() : 0.0f);
-        }
-        lines.push_back({file.stem().string() + " feature " + std::to_string(featureIndex), std::move(line)});
-      }
-      ++featureIndex;
-    }
-  }
-  return lines;
-}
-
-std::vector<NamedLine> RealLines(const std::string& folder) {
-  std::vector<NamedLine> lines;
-  for (const NamedLineZ& line : RealLinesZ(folder)) lines.push_back({line.name, WithoutHeight(line.points)});
-  return lines;
 }
 
 }  // namespace testsupport

@@ -7,8 +7,6 @@
 #include <string>
 #include <vector>
 
-#include <gtest/gtest.h>
-
 #include "base/geo_coordinate.h"
 
 namespace testsupport {

@@ -1,0 +1,307 @@
+// Prints one line per function of the library: a digest of the bits of its results over a fixed set of inputs. Two
+// builds of the library agree when they print the same. "exact" marks functions that use only + - * / sqrt, which must
+// agree on every machine; "libm" marks those that call the standard math library, which must agree wherever that
+// library is the same.
+
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "map_utils/vorel_geometry_algorithm.h"
+#include "support/lines.h"
+
+namespace {
+
+using tarvo::GeoCoordinate;
+using tarvo::GeoCoordinateZ;
+using tarvo::Rect;
+using testsupport::Line;
+using testsupport::LineZ;
+using Algorithm = vorel::VorelGeometryAlgorithm;
+
+/// FNV-1a over the bits of everything added; all NaNs count as one value.
+class Digest {
+ public:
+  Digest(const char* kind, const char* function) : kind_(kind), function_(function) {}
+  ~Digest() { std::printf("%-5s %-40s %016llx\n", kind_, function_, static_cast<unsigned long long>(hash_)); }
+  Digest(const Digest&) = delete;
+  Digest& operator=(const Digest&) = delete;
+
+  Digest& operator<<(std::uint64_t value) {
+    for (int shift = 0; shift < 64; shift += 8) {
+      hash_ = (hash_ ^ (value >> shift & 0xff)) * 0x100000001b3u;
+    }
+    return *this;
+  }
+  Digest& operator<<(bool value) { return *this << std::uint64_t{value}; }
+  Digest& operator<<(int value) {
+    return *this << static_cast<std::uint64_t>(static_cast<std::int64_t>(value));
+  }
+  Digest& operator<<(double value) {
+    std::uint64_t bits = 0x7ff8000000000000u;
+    if (!std::isnan(value)) std::memcpy(&bits, &value, sizeof bits);
+    return *this << bits;
+  }
+  Digest& operator<<(float value) { return *this << static_cast<double>(value); }
+  Digest& operator<<(const GeoCoordinate& point) { return *this << point.longitude << point.latitude; }
+  Digest& operator<<(const GeoCoordinateZ& point) {
+    return *this << point.longitude << point.latitude << point.z;
+  }
+  Digest& operator<<(const tarvo::MapVector2d& vector) { return *this << vector.x << vector.y; }
+  Digest& operator<<(const Rect<GeoCoordinate>& rect) { return *this << rect.min << rect.max; }
+  template <class T>
+  Digest& operator<<(const std::vector<T>& values) {
+    *this << static_cast<std::uint64_t>(values.size());
+    for (const T& value : values) *this << value;
+    return *this;
+  }
+
+ private:
+  const char* kind_;
+  const char* function_;
+  std::uint64_t hash_ = 0xcbf29ce484222325u;
+};
+
+/// Inputs made without the math library, so that they are the same everywhere.
+struct Inputs {
+  std::vector<LineZ> lines;
+  std::vector<double> numbers;
+
+  Inputs() {
+    for (const testsupport::NamedLineZ& line : testsupport::AwkwardLinesZ()) lines.push_back(line.points);
+    std::mt19937 generator(4711);
+    for (int i = 0; i < 40; ++i) lines.push_back(Walk(generator, 1e-4, 120));  // a road
+    for (int i = 0; i < 10; ++i)
+      lines.push_back(Walk(generator, 0.05, 30));  // across tier borders of the distance
+    for (int i = 0; i < 10; ++i) lines.push_back(Walk(generator, 1e-9, 20));  // finer than any map
+    for (int i = 0; i < 200; ++i) numbers.push_back((Unit(generator) - 0.5) * 1000.0);
+    for (const double number :
+         {0.0, -0.0, 1.0, -1.0, 90.0, 180.0, -180.0, 360.0, 1e-310, 1e6, std::nan("")}) {
+      numbers.push_back(number);
+    }
+  }
+
+  double Number(std::size_t index) const { return numbers[index % numbers.size()]; }
+
+ private:
+  static double Unit(std::mt19937& generator) { return static_cast<double>(generator()) / 4294967296.0; }
+
+  static LineZ Walk(std::mt19937& generator, double stepDegrees, int vertexCount) {
+    double longitude = Unit(generator) * 340.0 - 170.0;
+    double latitude = Unit(generator) * 150.0 - 75.0;
+    double east = Unit(generator) - 0.5;
+    double north = Unit(generator) - 0.5;
+    LineZ line;
+    for (int i = 0; i < vertexCount; ++i) {
+      line.emplace_back(longitude, latitude, static_cast<float>(Unit(generator) * 100.0));
+      if (Unit(generator) < 0.05) continue;
+      east += (Unit(generator) - 0.5) * 0.4;
+      north += (Unit(generator) - 0.5) * 0.4;
+      longitude += east * stepDegrees;
+      latitude += north * stepDegrees;
+    }
+    return line;
+  }
+};
+
+/// Calls `visit(a, b, c, index)` for all neighbouring triples of all lines.
+template <class Visit>
+void ForEachTriple(const Inputs& inputs, Visit visit) {
+  std::size_t index = 0;
+  for (const LineZ& line : inputs.lines) {
+    for (std::size_t i = 0; i + 2 < line.size(); ++i) visit(line[i], line[i + 1], line[i + 2], index++);
+  }
+}
+
+template <class Visit>
+void ForEachLine(const Inputs& inputs, Visit visit) {
+  for (const LineZ& line : inputs.lines) visit(testsupport::WithoutHeight(line));
+}
+
+/// Beyond some degrees the distance is computed with the math library.
+bool IsFar(const GeoCoordinate& a, const GeoCoordinate& b) {
+  return !(std::fabs(b.latitude - a.latitude) <= 2.5 &&
+           std::fabs(std::remainder(b.longitude - a.longitude, 360.0)) <= 2.5);
+}
+
+bool HasFarSegment(const Line& line) {
+  for (std::size_t i = 1; i < line.size(); ++i) {
+    if (IsFar(line[i - 1], line[i])) return true;
+  }
+  return false;
+}
+
+/// The digest of a function that measures distances: exact over lines of near points, otherwise of the math library.
+struct DistanceDigest {
+  Digest near;
+  Digest far;
+  DistanceDigest(const char* function, const char* farName) : near("exact", function), far("libm", farName) {}
+  Digest& Over(const Line& line) { return HasFarSegment(line) ? far : near; }
+};
+
+/// Rectangles that a line passes, touches and misses.
+std::vector<Rect<GeoCoordinate>> RectsAbout(const Line& line) {
+  std::vector<Rect<GeoCoordinate>> rects = {{{0.0, 0.0}, {10.0, 10.0}}, {{7.5, 47.4}, {7.502, 47.6}}};
+  Rect<GeoCoordinate> bound;
+  if (!line.empty() && Algorithm::GetBound(line.data(), static_cast<unsigned>(line.size()), bound)) {
+    const GeoCoordinate middle = line[line.size() / 2];
+    rects.push_back(bound);
+    rects.push_back({bound.min, middle});
+    rects.push_back({middle, bound.max});
+    rects.push_back({bound.max, bound.min});
+  }
+  return rects;
+}
+
+void DigestDistances(const Inputs& inputs) {
+  Digest near("exact", "DistanceTo");
+  Digest far("libm", "DistanceTo far apart");
+  Digest radian("libm", "GetRadianNorth");
+  Digest vectors("exact", "Distance");
+  ForEachTriple(
+      inputs, [&](const GeoCoordinate& a, const GeoCoordinate& b, const GeoCoordinate& c, std::size_t i) {
+        // Beyond some degrees the distance is computed with the math library.
+        const bool isFar = !(std::fabs(b.latitude - a.latitude) <= 2.5 &&
+                             std::fabs(std::remainder(b.longitude - a.longitude, 360.0)) <= 2.5);
+        (isFar ? far : near) << a.DistanceTo(b);
+        far << a.DistanceTo(GeoCoordinate(inputs.Number(i), inputs.Number(i + 7) / 6.0)) << c.DistanceTo(a);
+        radian << kx::GeoUtils::GetRadianNorth(a, b);
+        if (!isFar)
+          vectors << Algorithm::Distance({a.longitude, a.latitude, 1.0}, {b.longitude, b.latitude, 2.0});
+      });
+}
+
+void DigestAngles(const Inputs& inputs) {
+  Digest turning("libm", "GetAngle turning");
+  Digest bearing("libm", "GetAngle bearing");
+  Digest yaw("libm", "GetYaw");
+  Digest aziDiff("exact", "CalcAziDiff");
+  Digest angleDiff("exact", "AngleDiff");
+  Digest fold180("exact", "NormalizeAngle180");
+  Digest fold360("exact", "NormalizeAngle360");
+  Digest triangle("libm", "GetLength3OfTriangle");
+  Digest pixel("exact", "Get20PixelDistanceOnePixel");
+  pixel << Algorithm::Get20PixelDistanceOnePixel();
+  ForEachTriple(inputs, [&](const GeoCoordinate& a, const GeoCoordinate& b, const GeoCoordinate& c,
+                            std::size_t i) {
+    turning << Algorithm::GetAngle(a, b, c);
+    bearing << Algorithm::GetAngle(a, b);
+    yaw << Algorithm::GetYaw(a.latitude, a.longitude, b.latitude, b.longitude);
+    const float first = static_cast<float>(inputs.Number(i));
+    const float second = static_cast<float>(inputs.Number(i + 13));
+    aziDiff << Algorithm::CalcAziDiff(first, second);
+    angleDiff << Algorithm::AngleDiff(first, second);
+    fold180 << Algorithm::NormalizeAngle180(first * 7.0f);
+    fold360 << Algorithm::NormalizeAngle360(first * 7.0f);
+    triangle << Algorithm::GetLength3OfTriangle(inputs.Number(i), inputs.Number(i + 3), inputs.Number(i + 5));
+  });
+}
+
+void DigestPoints(const Inputs& inputs) {
+  Digest bounds("exact", "GetBound");
+  Digest contains("exact", "IsRectContainsPoint");
+  Digest intersects("exact", "IsRectIntersectsRect");
+  Digest nearby("exact", "IsPointNearOtherOne");
+  Digest insert("exact", "GetInsertPointFromSegment");
+  Digest linePoint("exact", "GetLinePoint");
+  Digest foot("exact", "GetFootPoint");
+  Digest side("exact", "GetPositionOfPointToLine");
+  Digest direct("libm", "ComputerThatLonLat");
+  Digest rotate("libm", "RotatePoint");
+  Digest fix("libm", "GetFixAngleForSidePoint");
+  ForEachLine(inputs, [&](const Line& line) {
+    Rect<GeoCoordinate> bound;
+    bounds << Algorithm::GetBound(line.data(), static_cast<unsigned>(line.size()), bound) << bound;
+    for (const Rect<GeoCoordinate>& first : RectsAbout(line)) {
+      for (const Rect<GeoCoordinate>& second : RectsAbout(line)) {
+        intersects << Algorithm::IsRectIntersectsRect(first, second);
+      }
+      for (const GeoCoordinate& point : line) contains << Algorithm::IsRectContainsPoint(first, point);
+    }
+    for (const bool useFirst : {true, false}) {
+      if (line.size() >= 4) {
+        fix << Algorithm::GetFixAngleForSidePoint(line, line[0], line[3], 40.0, 8.0, useFirst)
+            << Algorithm::GetFixAngleForSidePoint(line, line[1], line[2], 25.0, 3.0, useFirst);
+      }
+    }
+  });
+  ForEachTriple(
+      inputs, [&](const GeoCoordinateZ& a, const GeoCoordinateZ& b, const GeoCoordinateZ& c, std::size_t i) {
+        const GeoCoordinate& flatA = a;
+        const GeoCoordinate& flatB = b;
+        nearby << Algorithm::IsPointNearOtherOne(a, static_cast<float>(inputs.Number(i) * 3.0), b);
+        const float ratio = static_cast<float>(inputs.Number(i) / 400.0);
+        insert << Algorithm::GetInsertPointFromSegment(flatA, flatB, ratio)
+               << Algorithm::GetInsertPointFromSegment(a, b, ratio);
+        if (std::fabs(b.latitude - a.latitude) <= 2.5 && std::fabs(b.longitude - a.longitude) <= 2.5) {
+          linePoint << Algorithm::GetLinePoint(a, b, inputs.Number(i));
+        }
+        foot << Algorithm::GetFootPoint(c, a, b);
+        side << Algorithm::GetPositionOfPointToLine(c, a, b);
+        double longitude = 0.0;
+        double latitude = 0.0;
+        if (!(std::fabs(a.longitude) > 1e6)) {
+          Algorithm::ComputerThatLonLat(a.longitude, a.latitude, inputs.Number(i),
+                                        inputs.Number(i + 1) * 1000.0, longitude, latitude);
+          direct << longitude << latitude;
+        }
+        rotate << Algorithm::RotatePoint(a, b, inputs.Number(i));
+      });
+}
+
+void DigestRouteFunctions(const Inputs& inputs) {
+  DistanceDigest sample("CalcPointsInPolyline", "CalcPointsInPolyline far");
+  DistanceDigest choose("ChoosePointsInPolyline interval", "ChoosePointsInPolyline interval far");
+  Digest ray("exact", "PointRayTest");
+  Digest inner("exact", "PointRayTestInner");
+  Digest polygon("exact", "IsPointInPolygon");
+  Digest cut("exact", "CutPolyline");
+  Digest joined("exact", "IsTwoSegmentJoined");
+  DistanceDigest symbols("GetInterpolateShapePoints", "GetInterpolateShapePoints far");
+  ForEachLine(inputs, [&](const Line& line) {
+    for (const double interval : {7.5, 50.0, 1234.5}) {
+      Line out;
+      if (!line.empty()) {
+        sample.Over(line) << Algorithm::CalcPointsInPolyline(line, interval, 500, out) << out;
+      }
+      choose.Over(line) << Algorithm::ChoosePointsInPolyline(line, interval, 40, out) << out;
+    }
+    for (const GeoCoordinate& point : line) {
+      polygon << Algorithm::IsPointInPolygon(line, point)
+              << Algorithm::IsPointInPolygon(line,
+                                             GeoCoordinate(point.longitude - 1e-5, point.latitude + 1e-5));
+    }
+    for (const Rect<GeoCoordinate>& rect : RectsAbout(line)) {
+      std::vector<Line> pieces;
+      cut << Algorithm::CutPolyline(line, rect, pieces) << pieces;
+      for (const bool isMainRoute : {true, false}) {
+        std::vector<Line> runs;
+        // Whole turns about the world at a spacing of a kilometre stay small enough.
+        Algorithm::GetInterpolateShapePoints(line, isMainRoute, rect, line, 1000, "digest", runs);
+        symbols.Over(line) << runs;
+      }
+    }
+  });
+  ForEachTriple(inputs, [&](const GeoCoordinate& a, const GeoCoordinate& b, const GeoCoordinate& c,
+                            std::size_t i) {
+    int crossings = 0;
+    ray << Algorithm::PointRayTest(b, a, c, crossings) << crossings;
+    inner << Algorithm::PointRayTestInner(b, a, c, crossings) << crossings;
+    joined << Algorithm::IsTwoSegmentJoined(a, b, c, GeoCoordinate(inputs.Number(i), inputs.Number(i + 1)));
+  });
+}
+
+}  // namespace
+
+int main() {
+  const Inputs inputs;
+  DigestDistances(inputs);
+  DigestAngles(inputs);
+  DigestPoints(inputs);
+  DigestRouteFunctions(inputs);
+  return 0;
+}
