@@ -579,8 +579,9 @@ class VOREL_EXPORT VorelGeometryAlgorithm {
   ///                       `points` nor the other (unchecked)
   /// For kLineAsCenter the left edge is the mirror image of the right one through the guide line (deliberate: not an offset
   /// of its own, so that at a bend the guide point halves the edge points exactly). A turn of 180 degrees has an infinite
-  /// cut and gets no added points; a NaN turn counts as none. An edge on the inner side of a bend sharper than the legs
-  /// are long for may still cross itself.
+  /// cut and gets no added points. The inner edge of a bend whose legs are short against the width may still cross itself.
+  /// NaN: points with a NaN, infinite or out-of-range coordinate are dropped like repeats; a first one is kept instead of
+  /// all others, and each edge is one such point.
   /// Cost: per point one bearing and two distances or more, and `PanLinePoints`. Up to four working vectors are allocated.
   static void CalcBoundaryPoints(const std::vector<tarvo::GeoCoordinateZ>& points, float width,
                                  ArrowType arrowType, std::vector<tarvo::GeoCoordinateZ>& leftBoundary,
