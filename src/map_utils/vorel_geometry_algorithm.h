@@ -727,6 +727,328 @@ class VOREL_EXPORT VorelGeometryAlgorithm {
                                     int routeCount, float minSpacing, int pointLimit,
                                     const std::string& owner,
                                     std::vector<std::vector<tarvo::GeoCoordinate>>& out);
+
+  // ---- Projection onto a line with heights --------------------------------------------------------------------
+  //
+  // Common to the family: a projection drops the perpendicular on a local plane of degrees in which longitudes are
+  // shrunk by the cosine of the position's latitude. Heights take no part in it. A ratio is the fraction of the way from
+  // a segment's first point (0) to its second (1), a double. Position codes:
+  //
+  //        :               :
+  //     -1 :       0       : 1        -1 before the segment's first point, 0 within (ratio 0 and 1 included),
+  //        start-------->end           1 beyond its second point
+  //        :               :
+
+  /// Foot of the perpendicular from `pos` on the infinite line through `start` and `end`, and on which part of it that
+  /// foot falls.
+  ///
+  ///              pos
+  ///               :
+  ///     start-----+---end   - - - -+        ratio 0.6, code 0; a foot past `end` has ratio > 1, code 1
+  ///
+  /// @param start, end  degrees; note that the segment comes first and the position third
+  /// @param pos         degrees; its height is not looked at
+  /// @param foot        overwritten; not clamped: before `start` or past `end` it lies on the extended line, its height
+  ///                    extrapolated alike (in float). May be one of the three points
+  /// @param ratio       overwritten; not clamped
+  /// @return position code. A segment shorter than 3.2e-7 degrees (3 cm), longitudes shrunk, has none: 0, with ratio 0 and
+  ///         foot `start`. NaN input gives 0 as well, with NaN in ratio and foot (the ratio tells the two apart)
+  /// Cost: one cosine. Not unwrapped at the antimeridian.
+  static int ProjectionPosToLine(const tarvo::GeoCoordinateZ& start, const tarvo::GeoCoordinateZ& end,
+                                 const tarvo::GeoCoordinateZ& pos, tarvo::GeoCoordinateZ& foot,
+                                 double& ratio);
+
+  /// Follows the projection of `pos` along a line: from segment `segmentIndex` one segment at a time toward the side on
+  /// which the position falls, until it falls within a segment or into the wedge outside a bend. For a position that
+  /// moves a little between calls; it finds the nearest foot only on gentle lines (`ProjectionPosToLinesDistance` looks
+  /// at every segment).
+  ///
+  ///     0---1---2---3---4       starts at segment 0: beyond, beyond, within segment 2
+  ///               pos           resultIndex 2, ratio 0.5, segmentIndex 2
+  ///
+  ///            : pos
+  ///     0------1 . . .          beyond segment 0 and before segment 1: the shared vertex,
+  ///            |                resultIndex 1, ratio 0
+  ///            2
+  ///
+  /// @param pos           degrees. Deliberate: longitude and latitude both 0 mean "no position": false, nothing written
+  /// @param line          degrees
+  /// @param segmentIndex  in: index in `line` of the first point of the segment where the walk starts; negative: false,
+  ///                      nothing written. Out: the segment where the walk stands, for the next call; after false it may
+  ///                      be -1 or the last point's index. It follows every step, also when the walk ends in false. May
+  ///                      be the variable of `resultIndex`, which is written later
+  /// @param resultIndex   written when true: index in `line` of the vertex before the foot, possibly the last one of the
+  ///                      line (with ratio 0)
+  /// @param ratio         of the way from `line[resultIndex]` to the next point, in [0, 1) when true; a foot at ratio 1
+  ///                      becomes the next vertex with ratio 0. Deliberate: it is overwritten, unclamped, by every segment
+  ///                      the walk looks at, also when it ends in false
+  /// @return false when the walk leaves the line at either end, and for fewer than two points
+  /// Segments shorter than 0.1 m are passed over in the walk's direction. NaN in `pos` or in a segment's points gives true
+  /// with a NaN ratio at the first segment where it counts.
+  /// Cost: one cosine, and one distance per segment walked; the walk never turns round. Allocates nothing.
+  static bool ProjectionPosToLines(const tarvo::GeoCoordinateZ& pos,
+                                   const std::vector<tarvo::GeoCoordinateZ>& line, int& segmentIndex,
+                                   int& resultIndex, double& ratio);
+
+  /// The segment nearest to `pos` among those from `startIndex` on. The scan ends early at a foot that is near enough, or
+  /// when the line, having been in range, stays out of range.
+  ///
+  ///             pos
+  ///     0----1----2----3----...----9      start 0: segment 1 is nearest; with maxFarSegments 0 the first segment
+  ///     `----- in range ------'           out of range after it ends the scan
+  ///
+  /// @param pos             degrees; longitude and latitude both 0 mean "no position": false, nothing written
+  /// @param line            degrees; empty: false, nothing written
+  /// @param startIndex      in: index in `line` of the first point of the first segment to scan; negative or beyond the
+  ///                        last segment: nothing is scanned. Out: the accepted segment after an early accept, otherwise
+  ///                        unchanged. May be the variable of `resultIndex`, which then holds the result
+  /// @param resultIndex     index in `line` of the first point of the nearest segment; `startIndex` when none was found
+  /// @param ratio           of the way along that segment, clamped to [0, 1]; 0 when none was found
+  /// @param acceptDistance  metres: a segment within which the position falls (position code 0) and that is nearer than
+  ///                        this is taken at once; 0, less or NaN: never
+  /// @param maxDistance     metres: the range. The result is true when the nearest segment is nearer than this; NaN: false
+  /// @param maxFarSegments  how many segments farther than `maxDistance` are tolerated once one in range was found; one
+  ///                        more ends the scan. Only segments out of range that are no new nearest count
+  /// @return whether a segment in range was found. resultIndex and ratio are written also when false, but for no position
+  ///         and an empty line. Deliberate: with nothing found the distance counts as 999988 m, so a larger `maxDistance`
+  ///         gives true
+  /// Segments shorter than 0.01 m are skipped; ones with NaN are never nearest and never far. Equal distances: the first.
+  /// Cost: one cosine, and two distances per segment scanned. Allocates nothing.
+  static bool ProjectionPosToLinesDistance(const tarvo::GeoCoordinateZ& pos,
+                                           const std::vector<tarvo::GeoCoordinateZ>& line, int& startIndex,
+                                           int& resultIndex, double& ratio, double acceptDistance,
+                                           double maxDistance, int maxFarSegments);
+
+  /// `ProjectionPosToLinesDistance` that takes only segments which run on a heading, for lines that pass the same place
+  /// in both directions.
+  ///
+  ///     0------>------1       pos heads west (270): segment 2 is found, though
+  ///            pos    |       segment 0 is nearer
+  ///     3------<------2
+  ///
+  /// The heading of segment i is the bearing from point i to the first later point more than 0.5 m away; a line that ends
+  /// before that matches any heading (given a positive tolerance).
+  ///
+  /// Deliberate, all of it: an early accept does not ask for the heading. The first segment scanned is recorded whatever
+  /// its heading, and the filter holds for its successors, so that it may be the result; when its distance is NaN no other
+  /// replaces it, and only an early accept gives true. No segment is skipped for being short. With nothing scanned the
+  /// distance counts as 3.4028234663852886e+38 m.
+  ///
+  /// @param pos, line, startIndex, resultIndex, ratio, acceptDistance, maxDistance, maxFarSegments
+  ///                          as in `ProjectionPosToLinesDistance`
+  /// @param heading           degrees from north, clockwise, in [0, 360): compared as it is, not folded
+  /// @param headingTolerance  degrees: headings match when they differ by less than this, also across north (359 and 1
+  ///                          differ by 2); 0 or NaN: none match
+  /// @return whether the recorded segment is nearer than `maxDistance`. Segments with a wrong heading and out of range count
+  ///         as far
+  /// Cost: one cosine, one distance per segment scanned, and a bearing and a distance or more per nearer one: where very
+  /// many points lie within half a metre the search for the heading's second point repeats for each. Allocates nothing.
+  static bool ProjectionPosToLinesDistanceOrientation(const tarvo::GeoCoordinateZ& pos, double heading,
+                                                      const std::vector<tarvo::GeoCoordinateZ>& line,
+                                                      int& startIndex, int& resultIndex, double& ratio,
+                                                      double acceptDistance, double maxDistance,
+                                                      double headingTolerance, int maxFarSegments);
+
+  /// Places `pos` before, on or beyond the segment from `a` to `b` by distances alone: on it when the way from `a` to `b`
+  /// over `pos` is at most 0.1 m longer than the straight one.
+  ///
+  ///        .-pos-.            |a pos| + |pos b| - |a b| <= 0.1: code 0, ratio |a pos| / |a b|
+  ///      a---------b
+  ///
+  /// @param pos, a, b  degrees; heights are not looked at
+  /// @param ratio      written for code 0 only: clamped to [0, 1]; 0 when `a` and `b` coincide
+  /// @return 0 on the segment; otherwise 1 when `b` is nearer or both are equally near, else -1. Deliberate: a position
+  ///         off to the side of the middle also gets -1 or 1. NaN gives -1
+  /// Cost: three distances.
+  static int PosInAB(const tarvo::GeoCoordinateZ& pos, const tarvo::GeoCoordinateZ& a,
+                     const tarvo::GeoCoordinateZ& b, double& ratio);
+
+  // ---- Parallel offset ----------------------------------------------------------------------------------------
+
+  /// A line shifted sideways: every segment is moved along its own normal, and neighbours are joined where their lines
+  /// cross. One output point per input point, with the same height.
+  ///
+  ///     0'----------1'     0 1 2: points, 0' 1' 2': result to the left. The joint 1' is where
+  ///     0--------1  |      the two moved segments cross. At a hairpin that is too far away:
+  ///              |  |      1' is then the moved end of the segment before
+  ///              2  2'
+  ///
+  /// @param points  degrees; fewer than two give nothing. Repeated points are kept; the bearing of such a segment is north
+  /// @param offset  metres; negative moves to the other side. NaN gives NaN coordinates
+  /// @param left    false: to the right of the direction of travel (bearing + 90 degrees), true: to the left
+  /// @param result  must be empty (unchecked) and not `points`: appended to, while its points are addressed by the indices
+  ///                of `points`. Room for all points is reserved, also when nothing is appended
+  /// Joints: at a bend whose two moved vertices lie less than 0.01 m apart the first one stays. Otherwise the crossing is
+  /// taken when it lies less than twice their gap away from the first one, which else stays (deliberate: turns of some 151
+  /// degrees and more). Deliberate: moved segments that span less than 1e-6 degree of longitude (0.1 m) count as vertical;
+  /// where one or both are, that guard does not apply, the later one sets the longitude, and two verticals meet half way
+  /// between the latitudes of the vertices. The previous segment is taken as joined so far, not as first moved.
+  /// Metres become degrees on a sphere of 6371 km (deliberate: not the ellipsoid of the distances, off by up to 0.6 %), at
+  /// each point's own latitude; at a pole the longitude has no meaning. Not unwrapped at the antimeridian. NaN spreads to
+  /// the neighbours.
+  /// Cost: per segment one bearing, one sine and two cosines, and two distances per bend. One reservation.
+  static void PanLinePoints(const std::vector<tarvo::GeoCoordinateZ>& points, float offset, bool left,
+                            std::vector<tarvo::GeoCoordinateZ>& result);
+
+  // ---- Lane arrows --------------------------------------------------------------------------------------------
+
+  /// The two edges of an arrow's shaft that follows a guide line.
+  ///
+  ///     +---------+-------+     left boundary       kLineAsLeftEdge: the guide line is the left boundary
+  ///     o---------x---o   |     guide line          kLineAsCenter:   it runs half way between, as drawn
+  ///     +---------+-+ |   |     right boundary      otherwise:       it is the right boundary
+  ///                 + x   +
+  ///                 | |   |     x: points added before and after the bend
+  ///                 + o   +
+  ///
+  /// The guide line is prepared: points within 0.01 m of the one kept before are dropped; at every turn above 5 degrees a
+  /// point is added on each leg, `cut` metres from the bend, if the leg is longer than cut + 1 metres, with
+  /// cut = width / 2 * tan(turn / 2) + 6. Of two bends on one leg the later one measures from the point that the earlier
+  /// one added. Then it is moved by `PanLinePoints` and filtered by `RelapseCheckFilter`.
+  ///
+  /// @param points         guide line in degrees, from the arrow's tail to its head; fewer than two give two empty edges.
+  ///                       When all lie within 0.01 m each edge is one point
+  /// @param width          metres of the whole shaft, greater than 0; a negative one exchanges the sides. NaN gives NaN
+  /// @param arrowType      where the guide line lies across the shaft; any unknown value counts as the right edge
+  /// @param leftBoundary, rightBoundary  cleared, then filled: as many points on one as on the other, at most one per point
+  ///                       of the prepared line, with its heights. Left and right as seen along the line. Neither may be
+  ///                       `points` nor the other (unchecked)
+  /// For kLineAsCenter the left edge is the mirror image of the right one through the guide line (deliberate: not an offset
+  /// of its own, so that at a bend the guide point halves the edge points exactly). A turn of 180 degrees has an infinite
+  /// cut and gets no added points. The inner edge of a bend whose legs are short against the width may still cross itself.
+  /// NaN: points with a NaN, infinite or out-of-range coordinate are dropped like repeats; a first one is kept instead of
+  /// all others, and each edge is one such point.
+  /// Cost: per point one bearing and two distances or more, and `PanLinePoints`. Up to four working vectors are allocated.
+  static void CalcBoundaryPoints(const std::vector<tarvo::GeoCoordinateZ>& points, float width,
+                                 ArrowType arrowType, std::vector<tarvo::GeoCoordinateZ>& leftBoundary,
+                                 std::vector<tarvo::GeoCoordinateZ>& rightBoundary);
+
+  /// Drops the points where either side of a line runs backward, as an offset does that has folded over itself on the
+  /// inside of a bend.
+  ///
+  ///     left    0---------2==1======3     the step 1-2 of the left side runs backward:
+  ///     center  0--------1-2--------3     point 1 is dropped from both sides
+  ///     right   0-------1----2------3
+  ///
+  /// Point k stays when the steps from k to k + 1 of both sides point forward along that step of `center` (dot product
+  /// above 0, planar; a right angle is not forward). The last points always stay.
+  ///
+  /// @param center    degrees
+  /// @param leftIn, rightIn    degrees, one point per point of `center`
+  /// @param leftOut, rightOut  appended to. Deliberate: when the three sizes differ or `center` has fewer than two points
+  ///                  the outputs are replaced by copies of `leftIn` and `rightIn`. An output may be its own input: it
+  ///                  then keeps its points, and the filtered ones follow behind (in the fallback it stays as it is)
+  /// NaN in a step drops its point.
+  /// Cost: a few products per point.
+  static void RelapseCheckFilter(const std::vector<tarvo::GeoCoordinateZ>& center,
+                                 const std::vector<tarvo::GeoCoordinateZ>& leftIn,
+                                 std::vector<tarvo::GeoCoordinateZ>& leftOut,
+                                 const std::vector<tarvo::GeoCoordinateZ>& rightIn,
+                                 std::vector<tarvo::GeoCoordinateZ>& rightOut);
+
+  // ---- Bounds and planes --------------------------------------------------------------------------------------
+
+  /// Corners of the bounding box of `points[first .. last]`, both ends included.
+  ///
+  ///     3-------2
+  ///     |       |      appended in this order: counter-clockwise from the south-west
+  ///     0-------1
+  ///
+  /// @param points  degrees; heights are not looked at
+  /// @param first   index in `points` of the first point
+  /// @param last    index in `points` of the last point; deliberate: a negative one or one past the end means the last
+  ///                point of `points`
+  /// @param out     four corners are appended, x longitude and y latitude in degrees; untouched when false is returned
+  /// @return false when `first` is negative or beyond that last point
+  /// NaN: a NaN coordinate of a later point is passed over; one of `points[first]` stays in the result (deliberate).
+  /// Cost: four comparisons per point of the range. Not unwrapped at the antimeridian.
+  static bool GetBound(const std::vector<tarvo::GeoCoordinateZ>& points, int first, int last,
+                       std::vector<tarvo::MapVector2d>& out);
+
+  /// The extreme points of a set and their indices.
+  ///
+  ///          .
+  ///     [0].    .[2]       slot 0 smallest x, 1 smallest y, 2 largest x, 3 smallest y once more
+  ///          .[1] and [3]
+  ///
+  /// Deliberate: slot 3 repeats slot 1; there is no slot for the largest y.
+  ///
+  /// @param points    any unit; fewer than two are refused
+  /// @param extremes  resized to 4 and overwritten, whatever it held; untouched when false is returned. Must not be `points`
+  ///                  (unchecked)
+  /// @param indices   the same for the indices in `points` of the four
+  /// @return whether `points` has at least two elements
+  /// Equal extremes: the lowest index. A NaN of `points[0]` stays (deliberate), later ones are passed over.
+  /// Cost: four comparisons per point.
+  static bool GetBoundPoints(const std::vector<Vector2<double>>& points,
+                             std::vector<Vector2<double>>& extremes, std::vector<int>& indices);
+
+  /// Normal vector of the plane through the first three points: its length is twice the triangle's area, and z is positive
+  /// when they run counter-clockwise as seen from above.
+  ///
+  ///         2
+  ///        / \        (1 - 0) x (2 - 0), in which
+  ///       0---1       x is y1 * z2 - z1 * x2, deliberately not y1 * z2 - z1 * y2
+  ///
+  /// So x is that of the true normal only where points 0 and 1 have the same height or x2 equals y2.
+  ///
+  /// @param plane  at least three points (unchecked), of which three are read: degrees taken as they are beside heights in
+  ///               their own unit, with nothing scaled to metres
+  /// @return a vector, not a position: x in `longitude`, y in `latitude`, z in `z` (narrowed to float). Zero for three
+  ///         points on one vertical or, up to rounding, on one line; NaN for NaN input
+  static tarvo::GeoCoordinateZ CalculatePlaneNormalVector(const std::vector<tarvo::GeoCoordinateZ>& plane);
+
+  /// Height at `position` of the plane through the first three points.
+  ///
+  ///         2
+  ///        / \   *      *: `position`, inside the triangle or not
+  ///       0---1
+  ///
+  /// The plane is the one whose normal `CalculatePlaneNormalVector` gives: it passes through point 0, and through the other
+  /// two as well when points 0 and 1 have the same height.
+  ///
+  /// @param plane     at least three points (unchecked); they must run counter-clockwise as seen from above
+  /// @param position  degrees
+  /// @return in the unit of the heights; 0 when z of the normal is below 1e-12 square degrees: for points that run clockwise
+  ///         (deliberate), on one line, or around less than 0.006 square metres at the equator. NaN for NaN input
+  static double GetPointZInPlane(const std::vector<tarvo::GeoCoordinateZ>& plane,
+                                 const tarvo::GeoCoordinate& position);
+
+  // ---- Pieces of lane boundaries ------------------------------------------------------------------------------
+
+  /// Cuts the next `length` metres out of a lane boundary, with its marked vertices.
+  ///
+  ///     source  0----1----2*---3----4*---5       *: marked vertices, pointIndices {2, 4}
+  ///     piece        0-----1---2----3-4          startIndex 1, startRatio 0.9: points 0 and 4 are interpolated,
+  ///                                              the others are vertices; pointIndices {0, 1, 3}
+  ///
+  /// The piece's point k is source point startIndex + k, but for the first and, when the boundary is long enough, the last.
+  ///
+  /// @param source       the boundary; its `pointIndices` ascend (unchecked: the scan ends at the first one beyond the
+  ///                     current vertex). Must not be `piece` (unchecked)
+  /// @param indexCursor  in: index in `source.pointIndices` of the last mark already handled; the scan starts behind it.
+  ///                     -1: at the beginning; not below (unchecked: no mark is then copied). Out: index there of the
+  ///                     first mark copied by this call; unchanged when none was. Pass the variable on from piece to piece
+  /// @param startIndex   index in `source.points` of the first point of the segment where the piece starts; not negative
+  ///                     (unchecked: counts as beyond the end)
+  /// @param startRatio   of the way along that segment, narrowed to float, then clamped to [0, 1]; NaN gives a NaN start
+  /// @param length       metres. Negative: counts as 0 but for the result. NaN: a NaN cut on the first segment
+  /// @param piece        appended to: the points of the piece, and the marks as indices counted from the piece's start: 0
+  ///                     for the start itself, always, then v - startIndex for each marked vertex v on the way. Deliberate:
+  ///                     these are not shifted by what `piece` held, so it is normally empty
+  /// @return the fraction of `length` that was covered: 1 when the piece ends within the boundary, less when that ends
+  ///         first, 0 with nothing written when there is no segment to start on. Deliberate: the ratio length / length for
+  ///         a full piece, so NaN for a length of 0 (whose cut point is NaN when it starts on a repeated vertex)
+  ///
+  /// A mark on the segment's first point is not copied, nor one on a vertex where the length runs out: the piece ends with
+  /// a cut point before that vertex.
+  /// To go on where a piece of k points ended: the next startIndex is i = startIndex + k - 2, the next startRatio is the
+  /// distance from source.points[i] to the piece's last point over the length of segment i. A result below 1 says that
+  /// the boundary has ended; it is narrowed to float, so a shortfall of less than 3e-8 of `length` goes unseen.
+  /// Cost: one distance per vertex on the way, one look at each mark passed. Nothing is reserved.
+  static float HandleBoundaryDataByDistance(const tarvo::HAD::BoundaryData& source, int& indexCursor,
+                                            int startIndex, double startRatio, double length,
+                                            tarvo::HAD::BoundaryData& piece);
 };
 
 /// The only polygon container so far; others are refused at compile time.
