@@ -57,7 +57,7 @@ class VOREL_EXPORT Logger {
   /// @return false, and nothing changes, when there is no such logger, `sink` is null or the logger has it already
   ///         (it would get each record twice)
   /// Throws std::bad_alloc; nothing has changed then.
-  static bool AddSink(unsigned instanceId, std::shared_ptr<Sink> sink);
+  static bool AddSink(unsigned instanceId, const std::shared_ptr<Sink>& sink);
 
   /// Takes a sink away from the logger.
   /// @return false when there is no such logger or it does not have this sink

@@ -19,6 +19,7 @@
 
 #include "base/geo_coordinate.h"
 #include "base/geodesy/inverse.h"
+#include "base/geodesy/wgs84.h"
 #include "support/bits.h"
 
 #ifdef VOREL_HAVE_GEOGRAPHICLIB
@@ -168,6 +169,20 @@ TEST(Distance, TakesEveryFiniteLongitude) {
   EXPECT_LT(metres, kPoleToPole);
   const double folded = std::remainder(kLargest, 360.0);
   EXPECT_TRUE(SameBits(metres, GeoCoordinate(folded, 10.0).DistanceTo({-folded, 10.0})));
+}
+
+TEST(Distance, FoldsWithoutRounding) {
+  // Doubles next to 180 are 2^-45 apart, their difference across the antimeridian is rounded to multiples of 2^-44.
+  const double spacing = std::ldexp(1.0, -45);
+  const double metres = GeoCoordinate(180.0 - 3.0 * spacing, 20.0).DistanceTo({-180.0 + 2.0 * spacing, 20.0});
+  EXPECT_TRUE(SameBits(metres, GeoCoordinate(0.0, 20.0).DistanceTo({5.0 * spacing, 20.0})));
+}
+
+TEST(Distance, IsTheArcOfACircleAlongTheEquator) {
+  for (const double longitude : {2.8, 3.7, 41.0, 90.0, 100.1, 179.0, 179.396}) {
+    const double metres = tarvo::geodesy::kSemiMajorAxis * (longitude * tarvo::geodesy::kRadiansPerDegree);
+    EXPECT_TRUE(SameBits(GeoCoordinate(0.0, 0.0).DistanceTo({longitude, -0.0}), metres)) << longitude;
+  }
 }
 
 TEST(Distance, IsTheInlineFormBehindTheCall) {

@@ -5,16 +5,19 @@
 // flattening of WGS-84; `derive_distance_series.py --check` tells whether this file still holds exactly those.
 // "In powers of t" lists the factors of t^0, t^1, ...; angles in degrees unless said otherwise.
 
+// These lines stand as the script prints them.
+// clang-format off
+
 namespace tarvo {
 namespace geodesy {
 
 // cos^2(x / 2 degrees) = (180^2 - x^2)^2 P(x^2) for |x| <= 180; relative error 9.2e-12.
-constexpr double kCosSquared[] = {9.525986892154497e-10,  -1.3742150452268817e-14, 8.580234840251037e-20,
-                                  -3.115133855755913e-25, 7.4870381563518725e-31,  -1.2782961848947707e-36,
-                                  1.479216687236354e-42};
+constexpr double kCosSquared[] = {
+    9.525986892154497e-10, -1.3742150452268817e-14, 8.580234840251037e-20, -3.115133855755913e-25,
+    7.4870381563518725e-31, -1.2782961848947707e-36, 1.479216687236354e-42};
 // (a pi / 180)^2 / (1 - e^2 sin^2) in powers of cos^2, square metres per square degree; relative error 1.6e-11.
-constexpr double kSquareMetres[] = {12475545069.556402, -84078889.00591032, 566617.6561100736,
-                                    -3767.92994430067};
+constexpr double kSquareMetres[] = {
+    12475545069.556402, -84078889.00591032, 566617.6561100736, -3767.92994430067};
 // (pi / 180)^2 / 12.
 constexpr double kTwelfth = 2.5384784982225715e-05;
 // ((1 - e^2) / (a pi / 180)^2)^2.
@@ -44,8 +47,8 @@ constexpr double kSixthU6[] = {-0.09171233168197275, 0.16144750178180733, 0.0310
 // factor of U^4 V^2, in powers of sin^2; error 0.00014.
 constexpr double kSixthU4V2[] = {-1.703317360213258, -22.200542010455816, 0.2743635829560512};
 // factor of U^2 V^4, in powers of sin^2; error 4.6e-5.
-constexpr double kSixthU2V4[] = {-1.5970070389307294, -13.034489944854965, 38.897738410641516,
-                                 -0.1489464865728012};
+constexpr double kSixthU2V4[] = {
+    -1.5970070389307294, -13.034489944854965, 38.897738410641516, -0.1489464865728012};
 // factor of V^6, over sin^2 cos^2, in powers of sin^2; error 4.5e-6.
 constexpr double kSixthV6[] = {-9.646894959197592, 12.840924562744439, 0.02159902705847046};
 // mean of I1, length, in powers of epsilon from epsilon^0.
@@ -61,11 +64,11 @@ constexpr double kLengthSine8[] = {-0.009765625, -0.009765625};
 // factor of sin(10 sigma), in powers of epsilon from epsilon^5.
 constexpr double kLengthSine10[] = {-0.00546875};
 // mean of I3, longitude, in powers of epsilon from epsilon^0.
-constexpr double kLongitudeMean[] = {1.0, -0.49916038980680816, -0.2502088451303832, -0.06281502857906797,
-                                     -0.04692791641066043};
+constexpr double kLongitudeMean[] = {
+    1.0, -0.49916038980680816, -0.2502088451303832, -0.06281502857906797, -0.04692791641066043};
 // factor of sin(2 sigma), in powers of epsilon from epsilon^1.
-constexpr double kLongitudeSine2[] = {0.24958019490340408, 0.0004191001513194145, -0.07788837609306076,
-                                      -0.031302034456136746};
+constexpr double kLongitudeSine2[] = {
+    0.24958019490340408, 0.0004191001513194145, -0.07788837609306076, -0.031302034456136746};
 // factor of sin(4 sigma), in powers of epsilon from epsilon^2.
 constexpr double kLongitudeSine4[] = {0.062342661206936094, 0.01570340526400798, -0.015520049206318071};
 // factor of sin(6 sigma), in powers of epsilon from epsilon^3.
@@ -80,6 +83,8 @@ constexpr double kReducedSine2[] = {-1.0, 0.0, -0.625};
 constexpr double kReducedSine4[] = {-0.25, 0.125};
 // factor of sin(6 sigma), in powers of epsilon from epsilon^3.
 constexpr double kReducedSine6[] = {-0.125};
+
+// clang-format on
 
 }  // namespace geodesy
 }  // namespace tarvo
