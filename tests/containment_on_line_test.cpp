@@ -299,7 +299,7 @@ void ExpectMatchesTwins(std::mt19937& generator, const Line& line) {
 TEST(PointsOnLines, MatchTheTwinsOnRandomLines) {
   constexpr unsigned kSeed = 33003;
   std::mt19937 generator(kSeed);
-  for (int run = 0; run < 120; ++run) {
+  for (int run = 0; run < 50; ++run) {
     SCOPED_TRACE(testing::Message() << "seed " << kSeed << ", run " << run);
     ExpectMatchesTwins(generator, RandomLine(generator, run % 40));
   }
@@ -308,7 +308,7 @@ TEST(PointsOnLines, MatchTheTwinsOnRandomLines) {
 TEST(PointsOnLines, MatchTheTwinsOnWildLines) {
   constexpr unsigned kSeed = 33004;
   std::mt19937 generator(kSeed);
-  for (int run = 0; run < 120; ++run) {
+  for (int run = 0; run < 50; ++run) {
     SCOPED_TRACE(testing::Message() << "seed " << kSeed << ", run " << run);
     ExpectMatchesTwins(generator, WildLine(generator, run % 40));
   }

@@ -9,6 +9,8 @@
 #include <random>
 #include <stdexcept>
 #include <string>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "map_utils/vorel_geometry_algorithm.h"
@@ -65,17 +67,27 @@ std::vector<double> Table(const Line& line) {
   return table;
 }
 
+template <class Point, class = void>
+struct TakesPoints : std::false_type {};
 template <class Point>
-auto TakesPoints(const Point* points)
-    -> decltype(Algorithm::GetDistance(points, 2u, 0u, 2u), std::true_type()) {
-  return {};
-}
-std::false_type TakesPoints(...) {
-  return {};
-}
-static_assert(decltype(TakesPoints(static_cast<const GeoCoordinate*>(nullptr)))::value, "");
-static_assert(!decltype(TakesPoints(static_cast<const GeoCoordinateZ*>(nullptr)))::value,
-              "points with height have another stride");
+struct TakesPoints<Point,
+                   std::void_t<decltype(Algorithm::GetDistance(std::declval<const Point*>(), 2u, 0u, 2u))>>
+    : std::true_type {};
+static_assert(TakesPoints<GeoCoordinate>::value, "");
+static_assert(!TakesPoints<GeoCoordinateZ>::value, "points with height have another stride");
+
+// Deliberate copies: by value is part of the contract. The line of `DistancePointAAndPointB` is not const.
+static_assert(
+    std::is_same<decltype(&Algorithm::GetDistanceAndCache),
+                 double (*)(std::vector<GeoCoordinate>, unsigned, unsigned, std::vector<double>&)>::value,
+    "");
+static_assert(
+    std::is_same<decltype(&Algorithm::FindFirstSmallerIndex), int (*)(std::vector<double>, double)>::value,
+    "");
+using DistanceOnLine = double (*)(LineZ&, int, double, int, double);
+static_assert(std::is_same<decltype(static_cast<DistanceOnLine>(&Algorithm::DistancePointAAndPointB)),
+                           DistanceOnLine>::value,
+              "");
 
 // ---- Edges ----------------------------------------------------------------------------------------------------------
 
