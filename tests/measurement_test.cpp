@@ -36,7 +36,6 @@ using Algorithm = vorel::VorelGeometryAlgorithm;
 
 constexpr unsigned kMaxIndex = std::numeric_limits<unsigned>::max();
 
-// Five vertices whose four segments differ in length by much, so that every order of adding them rounds differently.
 const LineZ& FiveVerticesZ() {
   static const LineZ line{{7.5, 47.5, 400.0f},
                           {7.5013, 47.5, 410.0f},
@@ -433,18 +432,28 @@ TEST(DistanceOfA2BInRoute, KeepsTheGapBetweenGuardAndAccess) {
 
 // ---- Exact bits -----------------------------------------------------------------------------------------------------
 
+// Which order rounds differently depends on the last bits of the distances: each test runs over lines of which many
+// tell the orders apart.
+
 TEST(GetDistance, AddsInTheOrderOfTheVertices) {
-  const Line& line = FiveVertices();
-  const double d0 = line[0].DistanceTo(line[1]);
-  const double d1 = line[1].DistanceTo(line[2]);
-  const double d2 = line[2].DistanceTo(line[3]);
-  const double d3 = line[3].DistanceTo(line[4]);
-  const double inOrder = ((d0 + d1) + d2) + d3;
-  ASSERT_NE(inOrder, d0 + (d1 + (d2 + d3))) << "the line no longer tells the orders apart";
-  ASSERT_NE(inOrder, ((d3 + d2) + d1) + d0) << "the line no longer tells the orders apart";
-  EXPECT_TRUE(SameBits(Algorithm::GetDistance(line.data(), 5, 0, 5), inOrder));
-  EXPECT_TRUE(SameBits(Algorithm::GetDistanceByVector(line, 0, 4), inOrder));
-  EXPECT_TRUE(SameBits(Algorithm::GetDistanceByVector(FiveVerticesZ(), 0, 4), inOrder));
+  constexpr unsigned kSeed = 31011;
+  std::mt19937 generator(kSeed);
+  int told = 0;
+  for (int run = 0; run < 500; ++run) {
+    SCOPED_TRACE(testing::Message() << "seed " << kSeed << ", run " << run);
+    const LineZ lineZ = RandomLineZ(generator, 5);
+    const Line line = WithoutHeight(lineZ);
+    const double d0 = line[0].DistanceTo(line[1]);
+    const double d1 = line[1].DistanceTo(line[2]);
+    const double d2 = line[2].DistanceTo(line[3]);
+    const double d3 = line[3].DistanceTo(line[4]);
+    const double inOrder = ((d0 + d1) + d2) + d3;
+    told += inOrder != d0 + (d1 + (d2 + d3)) && inOrder != (d0 + d1) + (d2 + d3) ? 1 : 0;
+    ASSERT_TRUE(SameBits(Algorithm::GetDistance(line.data(), 5, 0, 5), inOrder));
+    ASSERT_TRUE(SameBits(Algorithm::GetDistanceByVector(line, 0, 4), inOrder));
+    ASSERT_TRUE(SameBits(Algorithm::GetDistanceByVector(lineZ, 0, 4), inOrder));
+  }
+  EXPECT_GT(told, 20);
 }
 
 TEST(DistancePointAAndPointB, KeepsTheOrderOfItsSum) {
@@ -454,11 +463,21 @@ TEST(DistancePointAAndPointB, KeepsTheOrderOfItsSum) {
   ASSERT_NE(expected, ((99.7 - 41.8) - 72.1) + 93.3);
   EXPECT_TRUE(SameBits(Algorithm::DistancePointAAndPointB(table, 0, 72.1, 1, 93.3), expected));
 
-  LineZ line = FiveVerticesZ();
-  const double length = Sum(0, 3);
-  ASSERT_NE(length - 0.3 + 1e9, (length + 1e9) - 0.3);
-  EXPECT_TRUE(SameBits(Algorithm::DistancePointAAndPointB(line, 0, 0.3, 3, 1e9), length - 0.3 + 1e9));
-  EXPECT_TRUE(SameBits(Algorithm::DistanceAToBackB(line, 0, 0.3, 3, 1e9), (length + 1e9) - 0.3));
+  constexpr unsigned kSeed = 31012;
+  std::mt19937 generator(kSeed);
+  int told = 0;
+  for (int run = 0; run < 500; ++run) {
+    SCOPED_TRACE(testing::Message() << "seed " << kSeed << ", run " << run);
+    LineZ line = RandomLineZ(generator, 4);
+    const double length = Algorithm::GetDistanceByVector(line, 0, 2);
+    const double offsetA = 0.37 * line[0].DistanceTo(line[1]);
+    told += length - offsetA + 1234.5 != (length + 1234.5) - offsetA ? 1 : 0;
+    ASSERT_TRUE(
+        SameBits(Algorithm::DistancePointAAndPointB(line, 0, offsetA, 2, 1234.5), length - offsetA + 1234.5));
+    ASSERT_TRUE(
+        SameBits(Algorithm::DistanceAToBackB(line, 0, offsetA, 2, 1234.5), (length + 1234.5) - offsetA));
+  }
+  EXPECT_GT(told, 100);
 }
 
 // ---- Properties -----------------------------------------------------------------------------------------------------

@@ -3,6 +3,9 @@
 #include "map_utils/vorel_geometry_algorithm.h"
 
 #include <cmath>
+#include <limits>
+
+#include "base/precondition.h"
 
 #include "base/geodesy/distance.h"
 #include "map_utils/internal/integer_conversion.h"
@@ -23,6 +26,7 @@ inline bool SpansLatitude(const GeoCoordinate& a, const GeoCoordinate& b, double
 
 inline bool CastRay(const GeoCoordinate& point, const GeoCoordinate& a, const GeoCoordinate& b,
                     int& crossings) {
+  VOREL_PRECONDITION(crossings < std::numeric_limits<int>::max());
   constexpr double kEdgeTolerance = 1e-7;  // degrees; some 11 mm
   const double rise = b.latitude - a.latitude;
   if (std::fabs(rise) < kEdgeTolerance) {
