@@ -16,8 +16,9 @@
 #include <cfloat>
 #include <limits>
 
-#if defined(__FAST_MATH__) || (defined(__FINITE_MATH_ONLY__) && __FINITE_MATH_ONLY__) || \
-    defined(__ASSOCIATIVE_MATH__) || defined(__RECIPROCAL_MATH__) || defined(_M_FP_FAST)
+#if defined(__FAST_MATH__) || (defined(__FINITE_MATH_ONLY__) && __FINITE_MATH_ONLY__) ||             \
+    defined(__ASSOCIATIVE_MATH__) || defined(__RECIPROCAL_MATH__) || defined(__NO_SIGNED_ZEROS__) || \
+    defined(_M_FP_FAST)
 #error "This library needs exact IEEE arithmetic: build it without -ffast-math and without any of its parts."
 #endif
 #if FLT_EVAL_METHOD != 0

@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 
+#include "base/export.h"
 #include "logging/instance_id.h"
 #include "logging/logger.h"
 #include "logging/record.h"
@@ -36,7 +37,7 @@ namespace logging {
 
 /// Writes what every message starts with: the module, the owner and the tag, each in brackets. Numbers that follow
 /// are written in fixed notation with six decimals.
-void BeginMessage(std::ostream& message, std::string_view owner);
+VOREL_EXPORT void BeginMessage(std::ostream& message, std::string_view owner);
 
 /// The part of `VOREL_LOG` behind the level test. When memory runs out the record is cut short or lost.
 template <class... Pieces>

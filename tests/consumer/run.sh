@@ -1,0 +1,48 @@
+#!/usr/bin/env bash
+# Installs the project, static and shared, into a fresh prefix, moves it, and builds and runs a client against it with
+# the CMake package and with pkg-config. Usage: run.sh BUILD_DIRECTORY
+set -euo pipefail
+work=${1:?usage: run.sh BUILD_DIRECTORY}
+rm -rf "$work"
+mkdir -p "$work"
+work=$(cd "$work" && pwd)
+cd "$(dirname "$0")/../.."
+source=$(pwd)
+
+quietly() { "$@" > "$work/log" 2>&1 || { cat "$work/log"; echo "failed: $*"; exit 1; }; }
+
+for shared in OFF ON; do
+  kind=$([ $shared = ON ] && echo shared || echo static)
+  quietly cmake -S . -B "$work/$kind" -G Ninja -DCMAKE_BUILD_TYPE=Release -DBUILD_SHARED_LIBS=$shared \
+    -DVOREL_BUILD_TESTS=OFF -DVOREL_BUILD_TOOLS=OFF
+  quietly cmake --build "$work/$kind"
+  quietly cmake --install "$work/$kind" --prefix "$work/$kind-installed" --strip
+  mv "$work/$kind-installed" "$work/$kind-moved"
+  prefix=$work/$kind-moved
+
+  quietly cmake -S tests/consumer -B "$work/$kind-cmake" -G Ninja -DCMAKE_PREFIX_PATH="$prefix" \
+    -DCMAKE_BUILD_TYPE=Release
+  quietly cmake --build "$work/$kind-cmake"
+  libdir=$(dirname "$(find "$prefix" -name 'libvorel_geometry.*' | head -n 1)")
+  echo "$kind, CMake:      $(LD_LIBRARY_PATH=$libdir "$work/$kind-cmake/consumer")"
+
+  export PKG_CONFIG_PATH=$libdir/pkgconfig
+  # shellcheck disable=SC2046
+  g++ -std=c++17 tests/consumer/consumer.cpp $(pkg-config --cflags --libs vorel) -o "$work/$kind-pkg-config"
+  echo "$kind, pkg-config: $(LD_LIBRARY_PATH=$libdir "$work/$kind-pkg-config")"
+
+  if grep -rlF "$source" "$prefix"; then
+    echo "the files above hold the path of the build"
+    exit 1
+  fi
+  headers=$(cd "$prefix/include/vorel" && find . -name '*.h' | sort)
+  # Each installed header stands by itself and includes nothing that is not installed.
+  for header in $headers; do
+    echo "#include \"${header#./}\"" | g++ -std=c++17 -Wall -Wextra -Werror -fsyntax-only -x c++ -I"$prefix/include/vorel" -
+  done
+done
+
+# A shared library shows its clients the marked interface and nothing else of its own.
+hidden=$(nm -DC --defined-only "$work"/shared-moved/lib*/libvorel_geometry.so "$work"/shared-moved/lib*/*/libvorel_geometry.so \
+  2> /dev/null | grep -E 'vorel::internal|anonymous' || true)
+[ -z "$hidden" ] || { echo "exported but internal: $hidden"; exit 1; }

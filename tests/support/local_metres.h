@@ -1,0 +1,58 @@
+#ifndef VOREL_TESTS_SUPPORT_LOCAL_METRES_H_
+#define VOREL_TESTS_SUPPORT_LOCAL_METRES_H_
+
+// Lines of some hundred metres written in metres east and north of an origin, and random numbers for them.
+
+#include <random>
+#include <utility>
+#include <vector>
+
+#include "base/geo_coordinate.h"
+#include "support/lines.h"
+
+namespace testsupport {
+
+/// Uniform in [low, high): not std::uniform_real_distribution, whose values differ between standard libraries.
+inline double Uniform(std::mt19937& generator, double low, double high) {
+  return low + (high - low) * (static_cast<double>(generator()) / 4294967296.0);
+}
+
+/// One of the values, each as likely as the others.
+template <class T>
+T OneOf(std::mt19937& generator, const std::vector<T>& values) {
+  return values[generator() % values.size()];
+}
+
+/// The tangent plane at an origin, in metres. Good to some 1e-5 of the distance from it.
+class LocalMetres {
+ public:
+  LocalMetres(double longitude, double latitude)
+      : origin_(longitude, latitude),
+        metresPerDegreeEast_(origin_.DistanceTo({longitude + 1e-3, latitude}) / 1e-3),
+        metresPerDegreeNorth_(origin_.DistanceTo({longitude, latitude + 1e-3}) / 1e-3) {}
+
+  tarvo::GeoCoordinateZ At(double east, double north, float z = 0.0f) const {
+    return {origin_.longitude + east / metresPerDegreeEast_, origin_.latitude + north / metresPerDegreeNorth_,
+            z};
+  }
+  LineZ LineAt(const std::vector<std::pair<double, double>>& eastNorth) const {
+    LineZ line;
+    for (const auto& [east, north] : eastNorth) line.push_back(At(east, north));
+    return line;
+  }
+  double East(const tarvo::GeoCoordinate& point) const {
+    return (point.longitude - origin_.longitude) * metresPerDegreeEast_;
+  }
+  double North(const tarvo::GeoCoordinate& point) const {
+    return (point.latitude - origin_.latitude) * metresPerDegreeNorth_;
+  }
+
+ private:
+  tarvo::GeoCoordinate origin_;
+  double metresPerDegreeEast_;
+  double metresPerDegreeNorth_;
+};
+
+}  // namespace testsupport
+
+#endif  // VOREL_TESTS_SUPPORT_LOCAL_METRES_H_

@@ -1,0 +1,29 @@
+#ifndef VOREL_TOOLS_VOREL_COMMAND_H_
+#define VOREL_TOOLS_VOREL_COMMAND_H_
+
+#include <CLI/CLI.hpp>
+#include <functional>
+#include <string>
+
+namespace vorel::tool {
+
+/// One command of the program: its part of the command line, and what to do when it is the one that was asked for.
+struct Command {
+  CLI::App* arguments = nullptr;  ///< owned by the program's own `CLI::App`
+  std::function<void()> run;      ///< after parsing; throws `BadInput`
+};
+
+/// Each command lives in a file of its own, <name>_command.cpp, and is listed in main.cpp.
+Command AddSymbolsCommand(CLI::App& program);
+
+/// Reads a whole number of metres.
+/// @param option  how the user calls it; used in messages
+/// @return 1 to 2147483647; throws `BadInput` for anything else
+int ParseWholeMetres(const std::string& text, const std::string& option);
+
+/// One line on standard error for what a user may want to know about a run that went well.
+void PrintNote(const std::string& note);
+
+}  // namespace vorel::tool
+
+#endif  // VOREL_TOOLS_VOREL_COMMAND_H_

@@ -1,0 +1,49 @@
+#ifndef VOREL_TOOLS_VOREL_GEOJSON_WRITER_H_
+#define VOREL_TOOLS_VOREL_GEOJSON_WRITER_H_
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "base/geo_coordinate.h"
+#include "tools/vorel/output_target.h"
+
+namespace vorel::tool {
+
+/// Writes a FeatureCollection, one feature per line. Numbers are the shortest that read back as the same double;
+/// longitudes are folded into [-180, 180].
+///
+///     GeoJsonWriter writer(target);
+///     writer.StartPoint({7.41, 43.73});
+///     writer.Property("heading", 12.5);
+///     writer.EndFeature();
+///     writer.Finish();
+class GeoJsonWriter {
+ public:
+  /// @param target  must outlive the writer
+  explicit GeoJsonWriter(OutputTarget& target);
+
+  void StartPoint(const tarvo::GeoCoordinate& position);
+
+  /// Between start and end of a feature, in any number. Names need no escaping: plain ASCII letters.
+  void Property(std::string_view name, double value);
+  void Property(std::string_view name, std::size_t value);
+  void NullProperty(std::string_view name);
+
+  void EndFeature();
+
+  /// Closes the collection and finishes the target.
+  void Finish();
+
+ private:
+  void StartProperty(std::string_view name);
+
+  OutputTarget& target_;
+  std::string line_;
+  bool firstFeature_ = true;
+  bool firstProperty_ = true;
+};
+
+}  // namespace vorel::tool
+
+#endif  // VOREL_TOOLS_VOREL_GEOJSON_WRITER_H_

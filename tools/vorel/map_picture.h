@@ -1,0 +1,81 @@
+#ifndef VOREL_TOOLS_VOREL_MAP_PICTURE_H_
+#define VOREL_TOOLS_VOREL_MAP_PICTURE_H_
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <pugixml.hpp>
+
+#include "base/geo_coordinate.h"
+#include "tools/vorel/map_projection.h"
+#include "tools/vorel/output_target.h"
+#include "tools/vorel/spool.h"
+#include "tools/vorel/view.h"
+
+namespace vorel::tool {
+
+/// The picture of a map as SVG: what lies under the view and around it, with frame, graticule, scale bar and title.
+///
+/// Every element that stands for something on the map carries a class (area, route, piece, arrow, view) and data-
+/// attributes, so that a program can read the picture back. Lines are clipped a little outside of the map, and
+/// vertices closer than a fraction of a pixel are left out. Layers are collected in spools: the memory needed does
+/// not grow with the number of elements.
+class MapPicture {
+ public:
+  explicit MapPicture(const GeoRect& view);
+
+  const MapProjection& projection() const { return projection_; }
+
+  /// A filled polygon under everything else; `ring` is not closed.
+  void AddArea(const std::vector<tarvo::GeoCoordinate>& ring);
+
+  /// A line in the light style of what is not in focus. Elements that would be empty are left out.
+  void AddRoute(const std::vector<tarvo::GeoCoordinate>& line, std::size_t routeIndex);
+
+  /// A line in the strong style of what is in focus.
+  void AddPiece(const std::vector<tarvo::GeoCoordinate>& line, std::size_t routeIndex,
+                std::size_t pieceIndex);
+
+  /// How far apart the arrows that follow stand along their line. Arrows shrink when they would overlap; where they
+  /// become too small to read, the next one that has room around it is drawn at full size.
+  void SetArrowSpacing(double metres);
+
+  /// An arrow at `position` turned to its heading; a dot without one. Always one element, also outside of the map.
+  void AddArrow(const tarvo::GeoCoordinate& position, std::optional<double> headingDegrees,
+                std::size_t routeIndex, std::size_t pieceIndex, double metresFromPieceStart);
+
+  std::size_t arrowsOutside() const { return arrowsOutside_; }
+
+  /// What a reader must know about the arrows' size; empty when all have full size.
+  std::string ArrowNote() const;
+
+  /// The finished picture; the picture takes no more afterwards.
+  ///
+  /// @param title      the line above the map, in bold
+  /// @param subtitles  the lines below it
+  void Write(const std::string& title, const std::vector<std::string>& subtitles, OutputTarget& target);
+
+ private:
+  std::string PathText(const std::vector<tarvo::GeoCoordinate>& line, bool closed) const;
+  void AddPath(Spool& layer, const char* elementClass, const std::string& path,
+               const std::vector<std::pair<const char*, std::string>>& attributes);
+  void AppendFrame(pugi::xml_node svg) const;
+  void AppendScaleBar(pugi::xml_node svg) const;
+
+  MapProjection projection_;
+  Spool areas_;
+  Spool routes_;
+  Spool pieces_;
+  Spool arrows_;
+  double arrowPixels_;
+  bool enlargesSome_ = false;
+  std::optional<Pixel> lastEnlarged_;
+  std::size_t arrowsOutside_ = 0;
+};
+
+}  // namespace vorel::tool
+
+#endif  // VOREL_TOOLS_VOREL_MAP_PICTURE_H_
