@@ -1,6 +1,5 @@
-// Angles and headings. Every row reports nanoseconds per call over the same thousand inputs.
+// Angles and headings. Items are calls, over the same thousand inputs in every run.
 
-#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <random>
@@ -8,6 +7,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include "bench_lines.h"
 #include "map_utils/vorel_geometry_algorithm.h"
 
 namespace {
@@ -16,17 +16,6 @@ using tarvo::GeoCoordinate;
 using vorel::VorelGeometryAlgorithm;
 
 constexpr std::size_t kCount = 1024;
-
-/// Consecutive vertices of a road that winds through the latitude 47.5, some 20 m apart.
-std::vector<GeoCoordinate> Road() {
-  std::vector<GeoCoordinate> points;
-  for (std::size_t i = 0; i < kCount + 2; ++i) {
-    const double step = static_cast<double>(i);
-    points.emplace_back(7.5 + 2e-4 * step,
-                        47.5 + 1e-3 * std::sin(0.11 * step) + 3e-4 * std::sin(0.83 * step));
-  }
-  return points;
-}
 
 std::vector<float> Headings(double low, double high) {
   std::mt19937 generator(20261);
@@ -47,7 +36,7 @@ void RunOverAll(benchmark::State& state, const Call& call) {
 }
 
 void BM_TurningAngle(benchmark::State& state) {
-  const std::vector<GeoCoordinate> road = Road();
+  const std::vector<GeoCoordinate> road = bench::Route(kCount + 2);
   RunOverAll(state, [&](std::size_t i) {
     return VorelGeometryAlgorithm::GetAngle(road[i], road[i + 1], road[i + 2]);
   });
@@ -55,13 +44,13 @@ void BM_TurningAngle(benchmark::State& state) {
 BENCHMARK(BM_TurningAngle);
 
 void BM_Bearing(benchmark::State& state) {
-  const std::vector<GeoCoordinate> road = Road();
+  const std::vector<GeoCoordinate> road = bench::Route(kCount + 2);
   RunOverAll(state, [&](std::size_t i) { return VorelGeometryAlgorithm::GetAngle(road[i], road[i + 1]); });
 }
 BENCHMARK(BM_Bearing);
 
 void BM_GetYaw(benchmark::State& state) {
-  const std::vector<GeoCoordinate> road = Road();
+  const std::vector<GeoCoordinate> road = bench::Route(kCount + 2);
   RunOverAll(state, [&](std::size_t i) {
     return VorelGeometryAlgorithm::GetYaw(road[i].latitude, road[i].longitude, road[i + 1].latitude,
                                           road[i + 1].longitude);
@@ -71,7 +60,7 @@ BENCHMARK(BM_GetYaw);
 
 // Without any trigonometry: decided on the grid.
 void BM_GetYawOnOneMeridian(benchmark::State& state) {
-  const std::vector<GeoCoordinate> road = Road();
+  const std::vector<GeoCoordinate> road = bench::Route(kCount + 2);
   RunOverAll(state, [&](std::size_t i) {
     return VorelGeometryAlgorithm::GetYaw(road[i].latitude, 7.5, road[i + 1].latitude, 7.5);
   });
@@ -119,7 +108,7 @@ void BM_GetLength3OfTriangle(benchmark::State& state) {
 BENCHMARK(BM_GetLength3OfTriangle)->Arg(3)->Arg(6)->Arg(1);
 
 void BM_Distance(benchmark::State& state) {
-  const std::vector<GeoCoordinate> road = Road();
+  const std::vector<GeoCoordinate> road = bench::Route(kCount + 2);
   RunOverAll(state, [&](std::size_t i) {
     return VorelGeometryAlgorithm::Distance({road[i].longitude, road[i].latitude, 0.0},
                                             {road[i + 1].longitude, road[i + 1].latitude, 0.0});

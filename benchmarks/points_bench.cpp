@@ -1,12 +1,12 @@
-// Points and rectangles. Every row reports nanoseconds per call over the same thousand inputs, `GetBound` per point.
+// Points and rectangles. Items are calls, over the same thousand inputs in every run; for `GetBound` they are points.
 
-#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
 
 #include <benchmark/benchmark.h>
 
+#include "bench_lines.h"
 #include "map_utils/vorel_geometry_algorithm.h"
 
 namespace {
@@ -18,21 +18,10 @@ using GeoRect = tarvo::Rect<GeoCoordinate>;
 
 constexpr std::size_t kCount = 1024;
 
-/// Consecutive vertices of a road that winds through the latitude 47.5, some 20 m apart.
-std::vector<GeoCoordinate> Road(std::size_t count) {
-  std::vector<GeoCoordinate> points;
-  for (std::size_t i = 0; i < count; ++i) {
-    const double step = static_cast<double>(i);
-    points.emplace_back(7.5 + 2e-4 * step,
-                        47.5 + 1e-3 * std::sin(0.11 * step) + 3e-4 * std::sin(0.83 * step));
-  }
-  return points;
-}
-
 /// Calls `call` with three consecutive vertices.
 template <class Call>
 void RunAlongTheRoad(benchmark::State& state, const Call& call) {
-  const std::vector<GeoCoordinate> road = Road(kCount + 2);
+  const std::vector<GeoCoordinate> road = bench::Route(kCount + 2);
   for (auto _ : state) {
     for (std::size_t i = 0; i < kCount; ++i)
       benchmark::DoNotOptimize(call(road[i], road[i + 1], road[i + 2]));
@@ -41,7 +30,7 @@ void RunAlongTheRoad(benchmark::State& state, const Call& call) {
 }
 
 void BM_GetBound(benchmark::State& state) {
-  const std::vector<GeoCoordinate> road = Road(static_cast<std::size_t>(state.range(0)));
+  const std::vector<GeoCoordinate> road = bench::Route(state.range(0));
   GeoRect bound;
   for (auto _ : state) {
     benchmark::DoNotOptimize(
