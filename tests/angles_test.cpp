@@ -173,7 +173,7 @@ INSTANTIATE_TEST_SUITE_P(
         YawCase{"LopsidedCellEndsSouthward", 0.4 * kCell, 0.0, -1.6 * kCell, 0.0, 180.0},
         YawCase{"HalfACellBelowIsTheSameCell", 0.0, 0.0, -1.0 * kCell, 0.0, 0.0},
         YawCase{"HalfACellAboveIsTheNext", 0.5 * kCell, 0.0, 0.0, 0.0, 180.0},
-        // The formula gives NaN: the sine of a central angle of 0 or of half a turn is no divisor.
+        // NaN input: the formula gives NaN, which becomes 0.
         YawCase{"NaNLatitude", kNaN, 7, 48, 8, 0.0}, YawCase{"NaNLongitude", 47, 7, 48, kNaN, 0.0},
         YawCase{"NaNCountsAsGridZero", kNaN, 7, 1, 7, 0.0},
         YawCase{"NaNCountsAsGridZeroSouthward", kNaN, 7, -1, 7, 180.0},

@@ -79,9 +79,9 @@ class VOREL_EXPORT VorelGeometryAlgorithm {
   ///
   /// @param lat1, lat2  latitudes in degrees; note that the latitude comes first
   /// @param lon1, lon2  longitudes in degrees; not folded, so a step across the antimeridian counts the long way round
-  /// @return degrees from north, clockwise; 0 when the formula gives NaN: for NaN input, antipodes, and where rounding
-  ///         pushes a sine beyond 1, so that a heading close to due east or west may come back as 0. Beyond 5965 degrees the
-  ///         grid saturates
+  /// @return degrees from north, clockwise; 0 when the formula gives NaN: for NaN input, and where rounding pushes a
+  ///         sine or cosine beyond 1, so that a heading close to due east or west, or one to an antipode, may come back as 0.
+  ///         Beyond 5965 degrees the grid saturates
   /// Cost: up to eight calls of the math library. Formula: spherical law of cosines, then law of sines.
   static double GetYaw(double lat1, double lon1, double lat2, double lon2);
 
