@@ -140,6 +140,14 @@ INSTANTIATE_TEST_SUITE_P(
                      {0, -1, 1, -1, 3}}),
     [](const auto& i) { return i.param.name; });
 
+TEST(CalcBoundaryPoints, KeepsPointsStrictlyFartherThanACentimetre) {
+  for (const bool isKept : {true, false}) {
+    const double latitude = isKept ? testsupport::LatitudeAbove(0.01) : testsupport::LatitudeAtLeast(0.01);
+    EXPECT_EQ(Prepared({{0.0, 0.0, 1.0f}, {0.0, latitude, 2.0f}, {0.0, 0.001, 3.0f}}, 4.0f).size(),
+              isKept ? 3u : 2u);
+  }
+}
+
 TEST(CalcBoundaryPoints, CutsHaveTheExpressionsExactBits) {
   for (const double turnDegrees : {5.5, -30.0, 90.0, -120.0}) {
     for (const float width : {1.5f, 4.0f}) {

@@ -3,6 +3,7 @@
 
 // Lines of some hundred metres written in metres east and north of an origin, and random numbers for them.
 
+#include <cmath>
 #include <random>
 #include <utility>
 #include <vector>
@@ -21,6 +22,24 @@ inline double Uniform(std::mt19937& generator, double low, double high) {
 template <class T>
 T OneOf(std::mt19937& generator, const std::vector<T>& values) {
   return values[generator() % values.size()];
+}
+
+/// The least latitude on the prime meridian whose distance from (0, 0) is at least `metres`: for thresholds that a test wants
+/// to hit to the last bit. The distance below it is the next smaller one.
+inline double LatitudeAtLeast(double metres) {
+  const auto distance = [](double latitude) {
+    return tarvo::GeoCoordinate(0.0, 0.0).DistanceTo({0.0, latitude});
+  };
+  double latitude = metres / 110574.27582159439;  // metres per degree there
+  while (distance(latitude) >= metres) latitude = std::nextafter(latitude, 0.0);
+  while (distance(latitude) < metres) latitude = std::nextafter(latitude, 1.0);
+  return latitude;
+}
+inline double LatitudeBelow(double metres) {
+  return std::nextafter(LatitudeAtLeast(metres), 0.0);
+}
+inline double LatitudeAbove(double metres) {
+  return LatitudeAtLeast(std::nextafter(metres, 1e9));
 }
 
 /// The tangent plane at an origin, in metres. Good to some 1e-5 of the distance from it.
