@@ -126,7 +126,7 @@ INSTANTIATE_TEST_SUITE_P(
         // The second bend's leg before is 20 - 8 m, from the point that the first bend added.
         PreparedCase{"TwoBends", Bends({30, 20, 30}, 90), {0, -1, 1, -1, -1, 2, -1, 3}},
         PreparedCase{
-            "LegBeforeIsMeasuredFromThePointAddedLast", Bends({30, 16, 30}, 90), {0, -1, 1, -1, 2, -1, 3}},
+            "LegBeforeIsMeasuredFromThePointAddedLast", Bends({30, 16.5, 30}, 90), {0, -1, 1, -1, 2, -1, 3}},
         PreparedCase{"RepeatsAreDropped",
                      {kCity.At(0, 0, 1), kCity.At(0, 0, 2), kCity.At(0, 0.009, 3), kCity.At(0, 0.011, 4),
                       kCity.At(0, 30, 5), kCity.At(0, 30.005, 6)},
