@@ -10,6 +10,7 @@
 #include "map_utils/vorel_geometry_algorithm.h"
 #include "reference/lane_arrow_reference.h"
 #include "support/bits.h"
+#include "support/case_name.h"
 #include "support/lines.h"
 #include "support/local_metres.h"
 
@@ -138,7 +139,7 @@ INSTANTIATE_TEST_SUITE_P(
         PreparedCase{"BendAcrossARepeat",
                      {kCity.At(0, 0, 1), kCity.At(0, 30, 2), kCity.At(0, 30, 3), kCity.At(30, 30, 4)},
                      {0, -1, 1, -1, 3}}),
-    [](const auto& i) { return i.param.name; });
+    testsupport::CaseName<PreparedCase>);
 
 TEST(CalcBoundaryPoints, KeepsPointsStrictlyFartherThanACentimetre) {
   for (const bool isKept : {true, false}) {
@@ -382,7 +383,7 @@ INSTANTIATE_TEST_SUITE_P(
                    {1, 2}},
         FilterCase{"NaNIsNotForward", Row({0, 1, 2}, 0), Row({0, kNaN, 2}, 1), Row({0, 1, 2}, -1), {2}},
         FilterCase{"NaNCenter", Row({kNaN, 1, 2}, 0), Row({0, 1, 2}, 1), Row({0, 1, 2}, -1), {1, 2}}),
-    [](const auto& i) { return i.param.name; });
+    testsupport::CaseName<FilterCase>);
 
 TEST(RelapseCheckFilter, DeliberatelyReplacesTheOutputsWhenSizesDiffer) {
   const LineZ three = Row({0, 1, 2}, 0), two = Row({5, 6}, 1), one = Row({7}, 2);

@@ -10,7 +10,9 @@
 
 #include "map_utils/vorel_geometry_algorithm.h"
 #include "reference/projection_reference.h"
+#include "support/allocation_counter.h"
 #include "support/bits.h"
+#include "support/case_name.h"
 #include "support/lines.h"
 #include "support/local_metres.h"
 
@@ -166,7 +168,7 @@ INSTANTIATE_TEST_SUITE_P(
                  1,
                  kInfinity,
                  {kInfinity, kInfinity, kInfinityFloat}}),
-    [](const auto& i) { return i.param.name; });
+    testsupport::CaseName<FootCase>);
 
 TEST(ProjectionPosToLine, ShrinksLongitudesByTheCosineOfThePositionsLatitude) {
   for (double latitude = -89.3; latitude < 90.0; latitude += 7.31) {
@@ -365,7 +367,7 @@ INSTANTIATE_TEST_SUITE_P(
         WalkCase{"NaNAhead", Equator({10.0, 10.25, kNaN, 10.75}), OnEquator(11.0), 0, true, 1, 1, kNaN},
         WalkCase{"NaNBehindIsNotReached", Equator({10.0, 10.25, kNaN, 10.75}), OnEquator(10.125), 0, true, 0,
                  0, 0.5}),
-    [](const auto& i) { return i.param.name; });
+    testsupport::CaseName<WalkCase>);
 
 // A line north from (0, 0) by `latitude`, and on for a kilometre.
 LineZ NorthWithFirstStep(double latitude) {
@@ -602,7 +604,7 @@ INSTANTIATE_TEST_SUITE_P(
                  3,
                  kNaN},
         ScanCase{"NaNPosition", kComb, {kNaN, 49.0, 0.0f}, 2, {50, 20, 0}, false, 2, 2, 0.0}),
-    [](const auto& i) { return i.param.name; });
+    testsupport::CaseName<ScanCase>);
 
 TEST(ProjectionPosToLinesDistance, EndsAtTheFirstFarSegmentBeyondTheTolerance) {
   // The sixth segment is nearer but lies behind three far ones.
@@ -800,7 +802,7 @@ INSTANTIATE_TEST_SUITE_P(
         HeadingCase{"NegativeStart", kComb, 0, 10, -1, kAll, false, -1, -1},
         HeadingCase{"SentinelIsTheLargestFloat", kComb, 0, 10, -1, {0, kFloatMax, 0}, false, -1, -1},
         HeadingCase{"BeyondTheSentinel", kComb, 0, 10, -1, {0, 3.4028234663852890e+38, 0}, true, -1, -1}),
-    [](const auto& i) { return i.param.name; });
+    testsupport::CaseName<HeadingCase>);
 
 TEST(ProjectionPosToLinesDistanceOrientation, ComparesHeadingsStrictly) {
   // Segment 1 heads exactly north (0 degrees) and is nearer than segment 0.
@@ -886,7 +888,7 @@ INSTANTIATE_TEST_SUITE_P(
         BetweenCase{"NoSegmentNearIt", OnEquator(10.0 + 3.6e-7), OnEquator(10.0), OnEquator(10.0), 0, 0.0},
         BetweenCase{"NaN", {kNaN, 0.0, 0.0f}, OnEquator(10.0), OnEquator(11.0), -1, kUntouchedRatio},
         BetweenCase{"NaNEnd", OnEquator(10.5), OnEquator(10.0), {kNaN, 0.0, 0.0f}, -1, kUntouchedRatio}),
-    [](const auto& i) { return i.param.name; });
+    testsupport::CaseName<BetweenCase>);
 
 TEST(PosInAB, ToleratesADetourOfADecimetreItself) {
   ASSERT_TRUE(IsExact(0.05));
@@ -905,6 +907,23 @@ TEST(PosInAB, DividesTheDistances) {
   double ratio = kUntouchedRatio;
   ASSERT_EQ(VorelGeometryAlgorithm::PosInAB(pos, a, b, ratio), 0);
   EXPECT_TRUE(SameBits(ratio, pos.DistanceTo(a) / b.DistanceTo(a)));
+}
+
+TEST(ProjectionSearches, AllocateNothing) {
+  if (!vorel_test::CanCountAllocations()) GTEST_SKIP() << vorel_test::kCannotCountAllocations;
+  int startIndex = 0;
+  int resultIndex = 0;
+  double ratio = 0.0;
+  GeoCoordinateZ foot;
+  const vorel_test::AllocationCounter allocations;
+  VorelGeometryAlgorithm::ProjectionPosToLine(kComb[0], kComb[1], kByTheComb, foot, ratio);
+  VorelGeometryAlgorithm::PosInAB(kByTheComb, kComb[0], kComb[1], ratio);
+  VorelGeometryAlgorithm::ProjectionPosToLines(kByTheComb, kComb, startIndex, resultIndex, ratio);
+  VorelGeometryAlgorithm::ProjectionPosToLinesDistance(kByTheComb, kComb, startIndex, resultIndex, ratio, 0.0,
+                                                       20.0, 9);
+  VorelGeometryAlgorithm::ProjectionPosToLinesDistanceOrientation(kByTheComb, 90.0, kComb, startIndex,
+                                                                  resultIndex, ratio, 0.0, 20.0, 10.0, 9);
+  EXPECT_EQ(allocations.Count(), 0u);
 }
 
 // ---- Properties -------------------------------------------------------------------------------------------------

@@ -10,13 +10,9 @@
 
 #include "base/geo_coordinate.h"
 #include "support/lines.h"
+#include "support/uniform.h"
 
 namespace testsupport {
-
-/// Uniform in [low, high): not std::uniform_real_distribution, whose values differ between standard libraries.
-inline double Uniform(std::mt19937& generator, double low, double high) {
-  return low + (high - low) * (static_cast<double>(generator()) / 4294967296.0);
-}
 
 /// One of the values, each as likely as the others.
 template <class T>
