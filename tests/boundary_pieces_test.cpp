@@ -13,6 +13,7 @@
 #include "map_utils/vorel_geometry_algorithm.h"
 #include "reference/boundary_pieces_reference.h"
 #include "support/bits.h"
+#include "support/case_name.h"
 #include "support/lines.h"
 #include "support/local_metres.h"
 
@@ -218,7 +219,7 @@ INSTANTIATE_TEST_SUITE_P(
                   {0, 1},
                   0},
         PieceCase{"NoMarksWithinOneSegment", kSix, {1, 2}, -1, 1, 0.25, 5, 1, {12.5, 17.5}, {0}, -1}),
-    [](const auto& i) { return i.param.name; });
+    testsupport::CaseName<PieceCase>);
 
 TEST(HandleBoundaryDataByDistance, HasTheExpressionsExactBits) {
   const LocalMetres place(8.4, 49.0);

@@ -11,6 +11,7 @@
 #include "map_utils/vorel_geometry_algorithm.h"
 #include "reference/bounds_reference.h"
 #include "support/bits.h"
+#include "support/case_name.h"
 #include "support/lines.h"
 #include "support/local_metres.h"
 
@@ -121,7 +122,7 @@ INSTANTIATE_TEST_SUITE_P(
                   0.0},
         BoundCase{
             "NotUnwrapped", {{179.0, 1.0, 0.0f}, {-179.0, 2.0, 0.0f}}, 0, 1, true, -179.0, 1.0, 179.0, 2.0}),
-    [](const auto& i) { return i.param.name; });
+    testsupport::CaseName<BoundCase>);
 
 // ---- GetBoundPoints ---------------------------------------------------------------------------------------------
 
@@ -174,7 +175,7 @@ INSTANTIATE_TEST_SUITE_P(
         ExtremesCase{"NaNLaterIsPassedOver", {{1, 2}, {kNaN, 1}, {0, kNaN}}, {2, 1, 0, 1}},
         ExtremesCase{"Infinite", {{1, 2}, {-kInfinity, kInfinity}, {kInfinity, -kInfinity}}, {1, 2, 2, 2}},
         ExtremesCase{"ZerosAreEqual", {{0.0, 0.0}, {-0.0, -0.0}}, {0, 0, 0, 0}}),
-    [](const auto& i) { return i.param.name; });
+    testsupport::CaseName<ExtremesCase>);
 
 // ---- Planes -----------------------------------------------------------------------------------------------------
 
@@ -206,7 +207,7 @@ INSTANTIATE_TEST_SUITE_P(
         NormalCase{"AllEqual", {{1, 2, 3}, {1, 2, 3}, {1, 2, 3}}, {0, 0, 0}},
         NormalCase{"NaNHeightLeavesZ", {{0, 0, kNaNFloat}, {1, 0, 0}, {0, 1, 0}}, {kNaN, kNaN, 1}},
         NormalCase{"NaNLongitude", {{kNaN, 0, 0}, {1, 0, 0}, {0, 1, 0}}, {kNaN, kNaN, kNaNFloat}}),
-    [](const auto& i) { return i.param.name; });
+    testsupport::CaseName<NormalCase>);
 
 TEST(CalculatePlaneNormalVector, SubtractsHeightsInFloatAndNarrowsOnlyZ) {
   const LineZ plane = {{8.1, 49.3, 0.1f}, {8.7, 49.4, 16777216.0f}, {8.2, 49.9, 12.3f}};
@@ -266,7 +267,7 @@ INSTANTIATE_TEST_SUITE_P(
         HeightCase{"NaNNormalGoesOn", {{kNaN, 0, 5}, {1, 0, 5}, {0, 1, 5}}, {0.25, 0.25}, kNaN},
         HeightCase{"NaNPosition", LevelAt5(1), {kNaN, 0.25}, kNaN},
         HeightCase{"NaNHeight", {{0, 0, kNaNFloat}, {1, 0, 5}, {0, 1, 5}}, {0.25, 0.25}, kNaN}),
-    [](const auto& i) { return i.param.name; });
+    testsupport::CaseName<HeightCase>);
 
 TEST(GetPointZInPlane, HasTheExpressionsExactBits) {
   const LineZ plane = {{8.1, 49.3, 100.1f}, {8.7, 49.4, 101.7f}, {8.2, 49.9, 112.3f}};

@@ -10,6 +10,7 @@
 #include "map_utils/vorel_geometry_algorithm.h"
 #include "reference/lane_arrow_reference.h"
 #include "support/bits.h"
+#include "support/case_name.h"
 #include "support/lines.h"
 #include "support/local_metres.h"
 
@@ -126,7 +127,7 @@ INSTANTIATE_TEST_SUITE_P(
         // The second bend's leg before is 20 - 8 m, from the point that the first bend added.
         PreparedCase{"TwoBends", Bends({30, 20, 30}, 90), {0, -1, 1, -1, -1, 2, -1, 3}},
         PreparedCase{
-            "LegBeforeIsMeasuredFromThePointAddedLast", Bends({30, 16, 30}, 90), {0, -1, 1, -1, 2, -1, 3}},
+            "LegBeforeIsMeasuredFromThePointAddedLast", Bends({30, 16.5, 30}, 90), {0, -1, 1, -1, 2, -1, 3}},
         PreparedCase{"RepeatsAreDropped",
                      {kCity.At(0, 0, 1), kCity.At(0, 0, 2), kCity.At(0, 0.009, 3), kCity.At(0, 0.011, 4),
                       kCity.At(0, 30, 5), kCity.At(0, 30.005, 6)},
@@ -138,7 +139,15 @@ INSTANTIATE_TEST_SUITE_P(
         PreparedCase{"BendAcrossARepeat",
                      {kCity.At(0, 0, 1), kCity.At(0, 30, 2), kCity.At(0, 30, 3), kCity.At(30, 30, 4)},
                      {0, -1, 1, -1, 3}}),
-    [](const auto& i) { return i.param.name; });
+    testsupport::CaseName<PreparedCase>);
+
+TEST(CalcBoundaryPoints, KeepsPointsStrictlyFartherThanACentimetre) {
+  for (const bool isKept : {true, false}) {
+    const double latitude = isKept ? testsupport::LatitudeAbove(0.01) : testsupport::LatitudeAtLeast(0.01);
+    EXPECT_EQ(Prepared({{0.0, 0.0, 1.0f}, {0.0, latitude, 2.0f}, {0.0, 0.001, 3.0f}}, 4.0f).size(),
+              isKept ? 3u : 2u);
+  }
+}
 
 TEST(CalcBoundaryPoints, CutsHaveTheExpressionsExactBits) {
   for (const double turnDegrees : {5.5, -30.0, 90.0, -120.0}) {
@@ -374,7 +383,7 @@ INSTANTIATE_TEST_SUITE_P(
                    {1, 2}},
         FilterCase{"NaNIsNotForward", Row({0, 1, 2}, 0), Row({0, kNaN, 2}, 1), Row({0, 1, 2}, -1), {2}},
         FilterCase{"NaNCenter", Row({kNaN, 1, 2}, 0), Row({0, 1, 2}, 1), Row({0, 1, 2}, -1), {1, 2}}),
-    [](const auto& i) { return i.param.name; });
+    testsupport::CaseName<FilterCase>);
 
 TEST(RelapseCheckFilter, DeliberatelyReplacesTheOutputsWhenSizesDiffer) {
   const LineZ three = Row({0, 1, 2}, 0), two = Row({5, 6}, 1), one = Row({7}, 2);

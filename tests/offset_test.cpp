@@ -10,7 +10,9 @@
 #include "base/precondition.h"
 #include "map_utils/vorel_geometry_algorithm.h"
 #include "reference/offset_reference.h"
+#include "support/allocation_counter.h"
 #include "support/bits.h"
+#include "support/case_name.h"
 #include "support/lines.h"
 #include "support/local_metres.h"
 
@@ -103,7 +105,7 @@ INSTANTIATE_TEST_SUITE_P(
                         "AcrossThePole", {{20.0, 89.999, 1.0f}, {20.0, 90.0, 2.0f}}, 10.0f, kRight, 90.0f},
                     StraightCase{"NaNOffset", kNorth, kNaNFloat, kRight, 90.0f},
                     StraightCase{"InfiniteOffset", kNorth, kInfinityFloat, kLeft, 270.0f}),
-    [](const auto& i) { return i.param.name; });
+    testsupport::CaseName<StraightCase>);
 
 // A heading 1 degree west of north: its normals lie at 89 and 269 degrees, found through 359 and the fold.
 TEST(PanLinePoints, FoldsHeadingsAcrossNorth) {
@@ -147,7 +149,13 @@ TEST(PanLinePoints, FewerThanTwoPointsOnlyReserve) {
 TEST(PanLinePoints, ReservesOnce) {
   LineZ line;
   for (int i = 0; i < 77; ++i) line.emplace_back(8.0 + i * 1e-4, 49.0, 0.0f);
-  EXPECT_EQ(Offset(line, 1.0f, kLeft).capacity(), line.size());
+  LineZ result;
+  const vorel_test::AllocationCounter allocations;
+  VorelGeometryAlgorithm::PanLinePoints(line, 1.0f, kLeft, result);
+  EXPECT_EQ(result.capacity(), line.size());
+  if (vorel_test::CanCountAllocations()) {
+    EXPECT_EQ(allocations.Count(), 1u);
+  }
 }
 
 #if !VOREL_CHECK_PRECONDITIONS
@@ -279,7 +287,7 @@ INSTANTIATE_TEST_SUITE_P(
         BendCase{"GapOf9Millimetres", 1, 0.516f, kLeft, false},
         BendCase{"GapOf11Millimetres", 1, 0.630f, kLeft, true},
         BendCase{"StraightOn", 0, 3.0f, kLeft, false}),
-    [](const auto& i) { return i.param.name; });
+    testsupport::CaseName<BendCase>);
 
 // The two moved segments span equally many degrees of longitude as the two legs, to some 1e-12.
 TEST(PanLinePointsJoint, VerticalEndsAtAMillionthOfADegree) {

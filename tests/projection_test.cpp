@@ -10,7 +10,9 @@
 
 #include "map_utils/vorel_geometry_algorithm.h"
 #include "reference/projection_reference.h"
+#include "support/allocation_counter.h"
 #include "support/bits.h"
+#include "support/case_name.h"
 #include "support/lines.h"
 #include "support/local_metres.h"
 
@@ -166,22 +168,26 @@ INSTANTIATE_TEST_SUITE_P(
                  1,
                  kInfinity,
                  {kInfinity, kInfinity, kInfinityFloat}}),
-    [](const auto& i) { return i.param.name; });
+    testsupport::CaseName<FootCase>);
 
 TEST(ProjectionPosToLine, ShrinksLongitudesByTheCosineOfThePositionsLatitude) {
-  const GeoCoordinateZ start(10.1, 59.9, 1.0f), end(10.3, 60.1, 2.0f), pos(10.15, 60.02, 0.0f);
-  const double c = std::cos(pos.latitude / 180.0 * kPi);
-  const double dx = (end.longitude - start.longitude) * c;
-  const double dy = end.latitude - start.latitude;
-  const double expected =
-      (dx * (c * (pos.longitude - start.longitude)) + (pos.latitude - start.latitude) * dy) /
-      (dx * dx + dy * dy);
-  GeoCoordinateZ foot;
-  double ratio = 0.0;
-  EXPECT_EQ(VorelGeometryAlgorithm::ProjectionPosToLine(start, end, pos, foot, ratio), 0);
-  EXPECT_TRUE(SameBits(ratio, expected));
-  EXPECT_TRUE(SameBits(foot.longitude, (end.longitude - start.longitude) * expected + start.longitude));
-  EXPECT_TRUE(SameBits(foot.latitude, dy * expected + start.latitude));
+  for (double latitude = -89.3; latitude < 90.0; latitude += 7.31) {
+    SCOPED_TRACE(latitude);
+    const GeoCoordinateZ start(10.1, latitude - 0.1, 1.0f), end(10.3, latitude + 0.1, 2.0f);
+    const GeoCoordinateZ pos(10.15, latitude + 0.02, 0.0f);
+    const double c = std::cos(pos.latitude / 180.0 * kPi);
+    const double dx = (end.longitude - start.longitude) * c;
+    const double dy = end.latitude - start.latitude;
+    const double expected =
+        (dx * (c * (pos.longitude - start.longitude)) + (pos.latitude - start.latitude) * dy) /
+        (dx * dx + dy * dy);
+    GeoCoordinateZ foot;
+    double ratio = 0.0;
+    EXPECT_EQ(VorelGeometryAlgorithm::ProjectionPosToLine(start, end, pos, foot, ratio), 0);
+    EXPECT_TRUE(SameBits(ratio, expected));
+    EXPECT_TRUE(SameBits(foot.longitude, (end.longitude - start.longitude) * expected + start.longitude));
+    EXPECT_TRUE(SameBits(foot.latitude, dy * expected + start.latitude));
+  }
 }
 
 TEST(ProjectionPosToLine, AddsHeightsInFloat) {
@@ -361,7 +367,32 @@ INSTANTIATE_TEST_SUITE_P(
         WalkCase{"NaNAhead", Equator({10.0, 10.25, kNaN, 10.75}), OnEquator(11.0), 0, true, 1, 1, kNaN},
         WalkCase{"NaNBehindIsNotReached", Equator({10.0, 10.25, kNaN, 10.75}), OnEquator(10.125), 0, true, 0,
                  0, 0.5}),
-    [](const auto& i) { return i.param.name; });
+    testsupport::CaseName<WalkCase>);
+
+// A line north from (0, 0) by `latitude`, and on for a kilometre.
+LineZ NorthWithFirstStep(double latitude) {
+  return {{0.0, 0.0, 0.0f}, {0.0, latitude, 0.0f}, {0.0, 0.01, 0.0f}};
+}
+
+// Whether the distance of the least latitude at `metres` is exactly that, so that a test there tells < from <=.
+bool IsExact(double metres) {
+  return tarvo::GeoCoordinate(0.0, 0.0).DistanceTo({0.0, testsupport::LatitudeAtLeast(metres)}) == metres;
+}
+
+TEST(ProjectionPosToLines, SkipsStrictlyBelowADecimetre) {
+  ASSERT_TRUE(IsExact(0.1));
+  // A position at the height of (0, 0) is within the first segment, and before the second.
+  const GeoCoordinateZ pos(1e-5, 0.0, 0.0f);
+  for (const bool isSkipped : {true, false}) {
+    const LineZ line =
+        NorthWithFirstStep(isSkipped ? testsupport::LatitudeBelow(0.1) : testsupport::LatitudeAtLeast(0.1));
+    int segmentIndex = 0;
+    int resultIndex = kUntouchedIndex;
+    double ratio = kUntouchedRatio;
+    EXPECT_EQ(VorelGeometryAlgorithm::ProjectionPosToLines(pos, line, segmentIndex, resultIndex, ratio),
+              !isSkipped);
+  }
+}
 
 TEST(ProjectionPosToLines, DeliberatelyWritesRatioAndSegmentAlsoWhenItEndsInFalse) {
   int segmentIndex = 2;
@@ -573,7 +604,7 @@ INSTANTIATE_TEST_SUITE_P(
                  3,
                  kNaN},
         ScanCase{"NaNPosition", kComb, {kNaN, 49.0, 0.0f}, 2, {50, 20, 0}, false, 2, 2, 0.0}),
-    [](const auto& i) { return i.param.name; });
+    testsupport::CaseName<ScanCase>);
 
 TEST(ProjectionPosToLinesDistance, EndsAtTheFirstFarSegmentBeyondTheTolerance) {
   // The sixth segment is nearer but lies behind three far ones.
@@ -584,6 +615,21 @@ TEST(ProjectionPosToLinesDistance, EndsAtTheFirstFarSegmentBeyondTheTolerance) {
     EXPECT_TRUE(VorelGeometryAlgorithm::ProjectionPosToLinesDistance(
         kByTheComb, kComb, startIndex, resultIndex, ratio, 0.0, 20.0, maxFarSegments));
     EXPECT_EQ(resultIndex, maxFarSegments < 3 ? 0 : 5) << maxFarSegments;
+  }
+}
+
+TEST(ProjectionPosToLinesDistance, SkipsStrictlyBelowACentimetre) {
+  ASSERT_TRUE(IsExact(0.01));
+  const GeoCoordinateZ pos(1e-5, 0.0, 0.0f);
+  for (const bool isSkipped : {true, false}) {
+    const LineZ line =
+        NorthWithFirstStep(isSkipped ? testsupport::LatitudeBelow(0.01) : testsupport::LatitudeAtLeast(0.01));
+    int startIndex = 0;
+    int resultIndex = kUntouchedIndex;
+    double ratio = kUntouchedRatio;
+    EXPECT_TRUE(VorelGeometryAlgorithm::ProjectionPosToLinesDistance(pos, line, startIndex, resultIndex,
+                                                                     ratio, 0.0, 20.0, 0));
+    EXPECT_EQ(resultIndex, isSkipped ? 1 : 0);
   }
 }
 
@@ -756,7 +802,7 @@ INSTANTIATE_TEST_SUITE_P(
         HeadingCase{"NegativeStart", kComb, 0, 10, -1, kAll, false, -1, -1},
         HeadingCase{"SentinelIsTheLargestFloat", kComb, 0, 10, -1, {0, kFloatMax, 0}, false, -1, -1},
         HeadingCase{"BeyondTheSentinel", kComb, 0, 10, -1, {0, 3.4028234663852890e+38, 0}, true, -1, -1}),
-    [](const auto& i) { return i.param.name; });
+    testsupport::CaseName<HeadingCase>);
 
 TEST(ProjectionPosToLinesDistanceOrientation, ComparesHeadingsStrictly) {
   // Segment 1 heads exactly north (0 degrees) and is nearer than segment 0.
@@ -774,6 +820,22 @@ TEST(ProjectionPosToLinesDistanceOrientation, ComparesHeadingsStrictly) {
   EXPECT_EQ(result(4.0, std::nextafter(4.0, 5.0)), 1);
   EXPECT_EQ(result(356.0, 4.0), 0);
   EXPECT_EQ(result(std::nextafter(356.0, 357.0), 4.0), 1);
+}
+
+TEST(ProjectionPosToLinesDistanceOrientation, MeasuresHeadingsOverStrictlyMoreThanHalfAMetre) {
+  ASSERT_TRUE(IsExact(0.5));
+  // The second segment is nearest. Its first step heads north; from its first to its third point the line heads east.
+  for (const bool isNorth : {true, false}) {
+    const double step = isNorth ? testsupport::LatitudeAbove(0.5) : testsupport::LatitudeAtLeast(0.5);
+    const LineZ line = {{-1e-4, -1e-4, 0.0f}, {0.0, 0.0, 0.0f}, {0.0, step, 0.0f}, {0.01, step, 0.0f}};
+    const GeoCoordinateZ pos(-1e-6, step / 2, 0.0f);
+    int startIndex = 0;
+    int resultIndex = kUntouchedIndex;
+    double ratio = kUntouchedRatio;
+    VorelGeometryAlgorithm::ProjectionPosToLinesDistanceOrientation(pos, 0.0, line, startIndex, resultIndex,
+                                                                    ratio, 0.0, 20.0, 10.0, 9);
+    EXPECT_EQ(resultIndex, isNorth ? 1 : 0);
+  }
 }
 
 TEST(ProjectionPosToLinesDistanceOrientation, NoPositionWritesNothing) {
@@ -826,13 +888,42 @@ INSTANTIATE_TEST_SUITE_P(
         BetweenCase{"NoSegmentNearIt", OnEquator(10.0 + 3.6e-7), OnEquator(10.0), OnEquator(10.0), 0, 0.0},
         BetweenCase{"NaN", {kNaN, 0.0, 0.0f}, OnEquator(10.0), OnEquator(11.0), -1, kUntouchedRatio},
         BetweenCase{"NaNEnd", OnEquator(10.5), OnEquator(10.0), {kNaN, 0.0, 0.0f}, -1, kUntouchedRatio}),
-    [](const auto& i) { return i.param.name; });
+    testsupport::CaseName<BetweenCase>);
+
+TEST(PosInAB, ToleratesADetourOfADecimetreItself) {
+  ASSERT_TRUE(IsExact(0.05));
+  const GeoCoordinateZ a(0.0, 0.0, 0.0f);
+  for (const bool isOn : {true, false}) {
+    // There and back to one point: twice the distance.
+    const double latitude = isOn ? testsupport::LatitudeAtLeast(0.05) : testsupport::LatitudeAbove(0.05);
+    double ratio = kUntouchedRatio;
+    EXPECT_EQ(VorelGeometryAlgorithm::PosInAB({0.0, latitude, 0.0f}, a, a, ratio), isOn ? 0 : 1);
+    EXPECT_EQ(ratio, isOn ? 0.0 : kUntouchedRatio);
+  }
+}
 
 TEST(PosInAB, DividesTheDistances) {
   const GeoCoordinateZ a = kCity.At(0, 0), b = kCity.At(30, 40), pos = kCity.At(9.1, 12);
   double ratio = kUntouchedRatio;
   ASSERT_EQ(VorelGeometryAlgorithm::PosInAB(pos, a, b, ratio), 0);
   EXPECT_TRUE(SameBits(ratio, pos.DistanceTo(a) / b.DistanceTo(a)));
+}
+
+TEST(ProjectionSearches, AllocateNothing) {
+  if (!vorel_test::CanCountAllocations()) GTEST_SKIP() << vorel_test::kCannotCountAllocations;
+  int startIndex = 0;
+  int resultIndex = 0;
+  double ratio = 0.0;
+  GeoCoordinateZ foot;
+  const vorel_test::AllocationCounter allocations;
+  VorelGeometryAlgorithm::ProjectionPosToLine(kComb[0], kComb[1], kByTheComb, foot, ratio);
+  VorelGeometryAlgorithm::PosInAB(kByTheComb, kComb[0], kComb[1], ratio);
+  VorelGeometryAlgorithm::ProjectionPosToLines(kByTheComb, kComb, startIndex, resultIndex, ratio);
+  VorelGeometryAlgorithm::ProjectionPosToLinesDistance(kByTheComb, kComb, startIndex, resultIndex, ratio, 0.0,
+                                                       20.0, 9);
+  VorelGeometryAlgorithm::ProjectionPosToLinesDistanceOrientation(kByTheComb, 90.0, kComb, startIndex,
+                                                                  resultIndex, ratio, 0.0, 20.0, 10.0, 9);
+  EXPECT_EQ(allocations.Count(), 0u);
 }
 
 // ---- Properties -------------------------------------------------------------------------------------------------

@@ -393,6 +393,81 @@ void DigestCuts(const Inputs& inputs) {
   });
 }
 
+void DigestLanes(const Inputs& inputs) {
+  Digest project("libm", "ProjectionPosToLine");
+  Digest walk("libm", "ProjectionPosToLines");
+  Digest scan("libm", "ProjectionPosToLinesDistance");
+  Digest headingScan("libm", "ProjectionPosToLinesDistanceOrientation");
+  DistanceDigest between("PosInAB", "PosInAB far");
+  Digest offset("libm", "PanLinePoints");
+  Digest arrow("libm", "CalcBoundaryPoints");
+  Digest filter("exact", "RelapseCheckFilter");
+  Digest corners("exact", "GetBound of a range");
+  Digest extremes("exact", "GetBoundPoints");
+  Digest normal("exact", "CalculatePlaneNormalVector");
+  Digest height("exact", "GetPointZInPlane");
+  DistanceDigest piece("HandleBoundaryDataByDistance", "HandleBoundaryDataByDistance far");
+  for (const LineZ& line : inputs.lines) {
+    const Line flat = testsupport::WithoutHeight(line);
+    const int middle = static_cast<int>(line.size() / 2);
+    for (std::size_t i = 0; i < line.size(); i += 7) {
+      const GeoCoordinateZ pos(line[i].longitude + 3e-5, line[i].latitude - 2e-5, 0.0f);
+      int segmentIndex = middle;
+      int resultIndex = -7;
+      double ratio = -7.0;
+      walk << Algorithm::ProjectionPosToLines(pos, line, segmentIndex, resultIndex, ratio) << segmentIndex
+           << resultIndex << ratio;
+      int startIndex = 0;
+      scan << Algorithm::ProjectionPosToLinesDistance(pos, line, startIndex, resultIndex, ratio, 0.5, 25.0, 3)
+           << startIndex << resultIndex << ratio;
+      startIndex = 0;
+      headingScan << Algorithm::ProjectionPosToLinesDistanceOrientation(
+                         pos, inputs.Number(i), line, startIndex, resultIndex, ratio, 0.5, 25.0, 60.0, 3)
+                  << startIndex << resultIndex << ratio;
+    }
+    for (const bool left : {false, true}) {
+      LineZ moved;
+      Algorithm::PanLinePoints(line, 1.75f, left, moved);
+      offset << moved;
+    }
+    for (const int type : {0, 1, 2}) {
+      LineZ left;
+      LineZ right;
+      Algorithm::CalcBoundaryPoints(line, 3.5f, static_cast<vorel::ArrowType>(type), left, right);
+      arrow << left << right;
+    }
+    LineZ left;
+    LineZ right;
+    const LineZ reversed(line.rbegin(), line.rend());
+    Algorithm::RelapseCheckFilter(line, line, left, reversed, right);
+    filter << left << right;
+    std::vector<tarvo::MapVector2d> box;
+    corners << Algorithm::GetBound(line, 1, middle, box) << box;
+    std::vector<vorel::Vector2<double>> vectors;
+    for (const GeoCoordinate& point : flat) vectors.push_back({point.longitude, point.latitude});
+    std::vector<vorel::Vector2<double>> extremeVectors;
+    std::vector<int> indices;
+    extremes << Algorithm::GetBoundPoints(vectors, extremeVectors, indices) << indices;
+    const tarvo::HAD::BoundaryData source{line, {1, 3, 4, 9}};
+    for (const double length : {3.0, 40.0, 1e4}) {
+      tarvo::HAD::BoundaryData cut;
+      int cursor = -1;
+      piece.Over(flat) << Algorithm::HandleBoundaryDataByDistance(source, cursor, 1, 0.3, length, cut)
+                       << cut.points << cursor;
+    }
+  }
+  ForEachTriple(inputs,
+                [&](const GeoCoordinateZ& a, const GeoCoordinateZ& b, const GeoCoordinateZ& c, std::size_t) {
+                  GeoCoordinateZ foot;
+                  double ratio = -7.0;
+                  project << Algorithm::ProjectionPosToLine(a, b, c, foot, ratio) << foot << ratio;
+                  between.Over({a, b, c, a}) << Algorithm::PosInAB(b, a, c, ratio) << ratio;
+                  const LineZ plane = {a, b, c};
+                  normal << Algorithm::CalculatePlaneNormalVector(plane);
+                  height << Algorithm::GetPointZInPlane(plane, a) << Algorithm::GetPointZInPlane(plane, b);
+                });
+}
+
 }  // namespace
 
 int main() {
@@ -403,5 +478,6 @@ int main() {
   DigestRouteFunctions(inputs);
   DigestLengths(inputs);
   DigestCuts(inputs);
+  DigestLanes(inputs);
   return 0;
 }

@@ -3,24 +3,39 @@
 
 // Lines of some hundred metres written in metres east and north of an origin, and random numbers for them.
 
+#include <cmath>
 #include <random>
 #include <utility>
 #include <vector>
 
 #include "base/geo_coordinate.h"
 #include "support/lines.h"
+#include "support/uniform.h"
 
 namespace testsupport {
-
-/// Uniform in [low, high): not std::uniform_real_distribution, whose values differ between standard libraries.
-inline double Uniform(std::mt19937& generator, double low, double high) {
-  return low + (high - low) * (static_cast<double>(generator()) / 4294967296.0);
-}
 
 /// One of the values, each as likely as the others.
 template <class T>
 T OneOf(std::mt19937& generator, const std::vector<T>& values) {
   return values[generator() % values.size()];
+}
+
+/// The least latitude on the prime meridian whose distance from (0, 0) is at least `metres`: for thresholds that a test wants
+/// to hit to the last bit. The distance below it is the next smaller one.
+inline double LatitudeAtLeast(double metres) {
+  const auto distance = [](double latitude) {
+    return tarvo::GeoCoordinate(0.0, 0.0).DistanceTo({0.0, latitude});
+  };
+  double latitude = metres / 110574.27582159439;  // metres per degree there
+  while (distance(latitude) >= metres) latitude = std::nextafter(latitude, 0.0);
+  while (distance(latitude) < metres) latitude = std::nextafter(latitude, 1.0);
+  return latitude;
+}
+inline double LatitudeBelow(double metres) {
+  return std::nextafter(LatitudeAtLeast(metres), 0.0);
+}
+inline double LatitudeAbove(double metres) {
+  return LatitudeAtLeast(std::nextafter(metres, 1e9));
 }
 
 /// The tangent plane at an origin, in metres. Good to some 1e-5 of the distance from it.
