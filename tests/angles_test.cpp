@@ -72,6 +72,7 @@ INSTANTIATE_TEST_SUITE_P(
         TurnCase{"NoFirstSegment", {1, 0}, {1, 0}, {2, 5}, 0.0f},
         TurnCase{"NoSecondSegment", {0, 0}, {1, 0}, {1, 0}, 0.0f},
         TurnCase{"AllThreeEqual", {1, 2}, {1, 2}, {1, 2}, 0.0f},
+        TurnCase{"TinyButNotUnderflowing", {0, 0}, {1e-76, 0}, {1e-76, 1e-76}, 90.0f},
         TurnCase{"SquaresUnderflow", {0, 0}, {1e-170, 0}, {1e-170, 1e-170}, 0.0f},
         TurnCase{"AcrossTheAntimeridianTheLongWayRound", {178, 0}, {179, 0}, {-179, 0}, 180.0f},
         TurnCase{"NaNFirst", {kNaN, 0}, {1, 0}, {2, 0}, kNaNFloat},
@@ -172,7 +173,7 @@ INSTANTIATE_TEST_SUITE_P(
         YawCase{"LopsidedCellEndsSouthward", 0.4 * kCell, 0.0, -1.6 * kCell, 0.0, 180.0},
         YawCase{"HalfACellBelowIsTheSameCell", 0.0, 0.0, -1.0 * kCell, 0.0, 0.0},
         YawCase{"HalfACellAboveIsTheNext", 0.5 * kCell, 0.0, 0.0, 0.0, 180.0},
-        // The formula gives NaN: the sine of a central angle of 0 or of half a turn is no divisor.
+        // NaN input: the formula gives NaN, which becomes 0.
         YawCase{"NaNLatitude", kNaN, 7, 48, 8, 0.0}, YawCase{"NaNLongitude", 47, 7, 48, kNaN, 0.0},
         YawCase{"NaNCountsAsGridZero", kNaN, 7, 1, 7, 0.0},
         YawCase{"NaNCountsAsGridZeroSouthward", kNaN, 7, -1, 7, 180.0},
@@ -404,6 +405,13 @@ TEST(ExactBits, OnePixelAtLevel20) {
   EXPECT_EQ(Bits(Algorithm::Get20PixelDistanceOnePixel()), Bits(0.1492910087108612));
   EXPECT_GT(Algorithm::Get20PixelDistanceOnePixel(), 0.14929100871086118);
   EXPECT_LT(Algorithm::Get20PixelDistanceOnePixel(), 0.14929100871086122);
+}
+
+TEST(ExactBits, TurningAngleMultipliesBy180BeforeItDividesByPi) {
+  // Angles beside the middle of two floats: 180 / pi taken first, or the division first, narrow to the other one.
+  EXPECT_EQ(Algorithm::GetAngle({-1, 0}, {0, 0}, {2.7474701626864646, 1}), 0x1.400034p+4f);
+  EXPECT_EQ(Algorithm::GetAngle({-1, 0}, {0, 0}, {2.7474602024715584, 1}), 0x1.400078p+4f);
+  EXPECT_EQ(Algorithm::GetAngle({-1, 0}, {0, 0}, {1.93745879348949, 1}), 0x1.b4cd16p+4f);
 }
 
 TEST(ExactBits, DifferencesOfHeadings) {

@@ -185,6 +185,37 @@ TEST(Distance, IsTheArcOfACircleAlongTheEquator) {
   }
 }
 
+TEST(Distance, TakesLatitudesWhoseSquaresUnderflow) {
+  for (const double tiny : {5e-324, 1e-300, 1e-170, 1e-160, 1e-155, 1e-100, 1e-30, 2e-20, 1e-18}) {
+    for (const double longitude : {10.0, 90.0, 179.0, 179.39, 179.5, 179.9999, 180.0}) {
+      const double onEquator = GeoCoordinate(0.0, 0.0).DistanceTo({longitude, 0.0});
+      for (const double a : {-tiny, 0.0, tiny}) {
+        for (const double b : {-tiny, 0.0, tiny}) {
+          EXPECT_NEAR(GeoCoordinate(0.0, a).DistanceTo({longitude, b}), onEquator, 1.2e-8)
+              << a << " " << b << " " << longitude;
+        }
+      }
+    }
+  }
+}
+
+TEST(Distance, TakesOppositeLatitudesAHairApart) {
+  // Their reduced latitudes may round in the wrong order, at 45 degrees most of all.
+  for (const double latitude : {1.0, 30.0, 45.0, 60.0, 89.9, 89.99999999999}) {
+    for (const double longitude : {3.0, 90.0, 178.0, 179.5, 179.9999999}) {
+      const GeoCoordinate a(0.0, latitude);
+      const double opposite = a.DistanceTo({longitude, -latitude});
+      const double same = a.DistanceTo({longitude, latitude});
+      double hair = latitude;
+      for (int step = 0; step < 4; ++step) {
+        hair = Next(hair);
+        EXPECT_NEAR(a.DistanceTo({longitude, -hair}), opposite, 2e-8) << latitude << " " << longitude;
+        EXPECT_NEAR(a.DistanceTo({longitude, hair}), same, 2e-8) << latitude << " " << longitude;
+      }
+    }
+  }
+}
+
 TEST(Distance, IsTheInlineFormBehindTheCall) {
   for (const double step : {0.0, 1e-6, 0.1, 0.2, 2.0, 3.0, 170.0}) {
     const GeoCoordinate a(8.4, 49.0), b(8.4 + step, 49.0 - 0.5 * step);

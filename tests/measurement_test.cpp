@@ -9,6 +9,8 @@
 #include <random>
 #include <stdexcept>
 #include <string>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "map_utils/vorel_geometry_algorithm.h"
@@ -65,17 +67,27 @@ std::vector<double> Table(const Line& line) {
   return table;
 }
 
+template <class Point, class = void>
+struct TakesPoints : std::false_type {};
 template <class Point>
-auto TakesPoints(const Point* points)
-    -> decltype(Algorithm::GetDistance(points, 2u, 0u, 2u), std::true_type()) {
-  return {};
-}
-std::false_type TakesPoints(...) {
-  return {};
-}
-static_assert(decltype(TakesPoints(static_cast<const GeoCoordinate*>(nullptr)))::value, "");
-static_assert(!decltype(TakesPoints(static_cast<const GeoCoordinateZ*>(nullptr)))::value,
-              "points with height have another stride");
+struct TakesPoints<Point,
+                   std::void_t<decltype(Algorithm::GetDistance(std::declval<const Point*>(), 2u, 0u, 2u))>>
+    : std::true_type {};
+static_assert(TakesPoints<GeoCoordinate>::value, "");
+static_assert(!TakesPoints<GeoCoordinateZ>::value, "points with height have another stride");
+
+// Deliberate copies: by value is part of the contract. The line of `DistancePointAAndPointB` is not const.
+static_assert(
+    std::is_same<decltype(&Algorithm::GetDistanceAndCache),
+                 double (*)(std::vector<GeoCoordinate>, unsigned, unsigned, std::vector<double>&)>::value,
+    "");
+static_assert(
+    std::is_same<decltype(&Algorithm::FindFirstSmallerIndex), int (*)(std::vector<double>, double)>::value,
+    "");
+using DistanceOnLine = double (*)(LineZ&, int, double, int, double);
+static_assert(std::is_same<decltype(static_cast<DistanceOnLine>(&Algorithm::DistancePointAAndPointB)),
+                           DistanceOnLine>::value,
+              "");
 
 // ---- Edges ----------------------------------------------------------------------------------------------------------
 
@@ -209,6 +221,7 @@ INSTANTIATE_TEST_SUITE_P(
         FindCase{"NaNTarget", {0.0, 10.0, 20.0}, kNaN, 0}, FindCase{"OneValueBelow", {3.0}, 4.0, 0},
         FindCase{"OneValueAbove", {3.0}, 2.0, 0}, FindCase{"LastOfEquals", {0.0, 5.0, 5.0, 5.0, 9.0}, 5.0, 3},
         FindCase{"AllEqual", {5.0, 5.0, 5.0, 5.0}, 5.0, 3}, FindCase{"NegativeZero", {0.0, 1.0}, -0.0, 0},
+        FindCase{"FirstGreaterThoughUnsorted", {9.0, 1.0, 2.0}, 5.0, 0},
         FindCase{"NaNFirst", {kNaN, 1.0, 2.0}, 5.0, 2}, FindCase{"NaNMiddle", {0.0, kNaN, 2.0}, 5.0, 0},
         FindCase{"NaNLast", {0.0, 1.0, kNaN}, 5.0, 1}, FindCase{"EvenCount", {0.0, 1.0, 2.0, 3.0}, 2.5, 2}),
     [](const auto& test) { return test.param.name; });
@@ -346,6 +359,7 @@ INSTANTIATE_TEST_SUITE_P(
                     BetweenCase{"SameIndexSameOffset", 2, 3.0, 2, 3.0, 0.0},
                     BetweenCase{"SameIndexBackward", 2, 10.5, 2, 3.0, 0.0},
                     BetweenCase{"SameIndexAtSize", 5, 1.0, 5, 3.0, 0.0},
+                    BetweenCase{"SameIndexInfiniteOffsets", 2, kInfinity, 2, kInfinity, kNaN},
                     BetweenCase{"NaNOffsetA", 2, kNaN, 2, 3.0, kNaN},
                     BetweenCase{"NaNOffsetB", 1, 3.0, 2, kNaN, kNaN}),
     NameOfBetween);

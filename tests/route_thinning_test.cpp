@@ -307,6 +307,7 @@ class ThinningTimer : public testing::Test {
     vorel::logging::SetElapsedTimeListener(
         [this](const std::string& owner, const std::string& name, std::chrono::nanoseconds elapsed) {
           ++reports_;
+          resultsAtReport_ = watched_ == nullptr ? 0 : watched_->size();
           fits_ = fits_ && owner == "Demo" && name == "PreProcessRoutePoints" && elapsed.count() >= 0;
         });
   }
@@ -314,12 +315,16 @@ class ThinningTimer : public testing::Test {
 
   int reports_ = 0;
   bool fits_ = true;
+  const std::vector<Line>* watched_ = nullptr;
+  std::size_t resultsAtReport_ = 0;
 };
 
 TEST_F(ThinningTimer, ReportsSeveralRoutesOnce) {
   std::vector<Line> out;
+  watched_ = &out;
   Algorithm::PreProcessRoutePoints({{kSix}, {kSix}}, 2, 15.0f, 0, "Demo", out);
   EXPECT_EQ(reports_, 1);
+  EXPECT_EQ(resultsAtReport_, 2u) << "runs until the function returns";
   EXPECT_TRUE(fits_);
 }
 

@@ -8,6 +8,7 @@
 #include <random>
 #include <string>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "map_utils/vorel_geometry_algorithm.h"
@@ -68,20 +69,14 @@ bool Tail(const Line& line, double distance, Line& out) {
   return Algorithm::ChoosePointsInPolyline(line.data(), static_cast<unsigned>(line.size()), distance, out);
 }
 
+template <class Point, class = void>
+struct TakesPoints : std::false_type {};
 template <class Point>
-auto TakesPoints(const Point* points, std::vector<GeoCoordinate>& out)
-    -> decltype(Algorithm::ChoosePointsInPolyline(points, 2u, 1.0, out), std::true_type()) {
-  return {};
-}
-std::false_type TakesPoints(...) {
-  return {};
-}
-static_assert(decltype(TakesPoints(static_cast<const GeoCoordinate*>(nullptr),
-                                   std::declval<std::vector<GeoCoordinate>&>()))::value,
-              "");
-static_assert(!decltype(TakesPoints(static_cast<const GeoCoordinateZ*>(nullptr),
-                                    std::declval<std::vector<GeoCoordinate>&>()))::value,
-              "points with height have another stride");
+struct TakesPoints<Point, std::void_t<decltype(Algorithm::ChoosePointsInPolyline(
+                              std::declval<const Point*>(), 2u, 1.0, std::declval<Line&>()))>>
+    : std::true_type {};
+static_assert(TakesPoints<GeoCoordinate>::value, "");
+static_assert(!TakesPoints<GeoCoordinateZ>::value, "points with height have another stride");
 
 // ---- The line behind a cut: edges -----------------------------------------------------------------------------------
 

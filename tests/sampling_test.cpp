@@ -293,8 +293,8 @@ TEST(CalcPointsInPolyline, TheWayWalkedIsTakenFromTheOffsetAlreadyAdvanced) {
   int yetAnotherOrder = 0;
   for (int run = 0; run < 20000; ++run) {
     const GeoCoordinate start = East(-Uniform(generator, 50, 300));
-    const GeoCoordinate middle(0, 0);                         // where steps of the next longitude are finest
-    const double interval = Uniform(generator, 15, 120) / 3;  // a third: sums must round
+    const GeoCoordinate middle(0, 0);                          // where steps of the next longitude are finest
+    const double interval = Uniform(generator, 50, 400) / 11;  // not a short binary fraction: sums round
     const double first = middle.DistanceTo(start);
     double offset = interval;
     while (first >= offset) offset = offset + interval;

@@ -391,10 +391,10 @@ TEST(ToolSymbols, LinesOfInputStreamInBoundedMemory) {
   const std::string file = directory.File("routes.ndjson");
   {
     std::ofstream stream(file, std::ios::binary);
-    Line zigzag;
-    for (int i = 0; i < 60; ++i) zigzag.emplace_back(7.0 + 1e-5 * (i % 2), 43.0 + 1e-5 * i);
-    const std::string record = Feature(LineString(zigzag)) + "\n";
-    for (std::size_t bytes = 0; bytes < (std::size_t{48} << 20); bytes += record.size()) stream << record;
+    Line straight;
+    for (int i = 0; i < 200; ++i) straight.emplace_back(7.0, 43.0 + 1e-5 * i);
+    const std::string record = Feature(LineString(straight)) + "\n";
+    for (std::size_t bytes = 0; bytes < (std::size_t{32} << 20); bytes += record.size()) stream << record;
   }
   const std::string tool = std::string(VOREL_TOOL_PATH) + " symbols --spacing 1000 ";
   const std::string outputs =

@@ -27,6 +27,9 @@ constexpr double kLengthTolerance = 1e-9;
 /// Never reached: each step at least halves an interval of azimuths or converges quadratically.
 constexpr int kMaxSteps = 100;
 
+/// Latitudes up to this count as the equator, degrees: 1e-15 metres.
+constexpr double kEquatorLatitude = 1e-20;
+
 struct SineCosine {
   double sine;
   double cosine;
@@ -123,6 +126,7 @@ struct NormalPair {
   double longitudeDifference;   // radians
   double cosSquaredDifference;  // cos^2 beta2 - cos^2 beta1
   double root1, root2;          // sqrt(1 + e'^2 sin^2 beta)
+  bool isOnEquator;             // both points
 };
 
 NormalPair MakeNormalPair(double latitudeA, double latitudeB, double longitudeDifference) {
@@ -136,17 +140,21 @@ NormalPair MakeNormalPair(double latitudeA, double latitudeB, double longitudeDi
   NormalPair pair;
   pair.beta1 = ReducedLatitude(latitude1);
   pair.beta2 = ReducedLatitude(latitude2);
-  // Two points on the equator are held apart from it by nothing measurable, so that no direction becomes 0 / 0.
-  constexpr double kOffEquator = 1e-100;
-  if (latitude1 == 0.0) {
+  // Two points on the equator are held apart from it by nothing measurable, so that no direction becomes 0 / 0. The
+  // squares of smaller latitudes would underflow.
+  pair.isOnEquator = std::fabs(latitude1) <= kEquatorLatitude;
+  if (pair.isOnEquator) {
+    constexpr double kOffEquator = 1e-100;
     pair.beta1.sine = -kOffEquator;
     pair.beta2.sine = kOffEquator;
   }
   pair.longitudeDifference = longitudeDifference * kRadiansPerDegree;
-  pair.cosSquaredDifference =
+  const double cosSquaredDifference =
       pair.beta1.cosine < -pair.beta1.sine
           ? (pair.beta2.cosine - pair.beta1.cosine) * (pair.beta2.cosine + pair.beta1.cosine)
           : (pair.beta1.sine - pair.beta2.sine) * (pair.beta1.sine + pair.beta2.sine);
+  pair.cosSquaredDifference =
+      std::max(0.0, cosSquaredDifference);  // may round below for almost equal latitudes
   pair.root1 = std::sqrt(1.0 + kSecondEccentricitySquared * (pair.beta1.sine * pair.beta1.sine));
   pair.root2 = std::sqrt(1.0 + kSecondEccentricitySquared * (pair.beta2.sine * pair.beta2.sine));
   return pair;
@@ -241,7 +249,7 @@ double InverseDistance(double latitudeA, double latitudeB, double longitudeDiffe
   const NormalPair pair = MakeNormalPair(latitudeA, latitudeB, longitudeDifference);
   const bool isAtPole = pair.beta1.cosine == 0.0;
   if (longitudeDifference == 0.0 || isAtPole) return MeridianLength(pair);
-  if (latitudeA == 0.0 && latitudeB == 0.0 && longitudeDifference <= 180.0 * kAxisRatio) {
+  if (pair.isOnEquator && longitudeDifference <= 180.0 * kAxisRatio) {
     return kSemiMajorAxis * pair.longitudeDifference;
   }
   // The azimuth lies between these two; each trial replaces one of them.

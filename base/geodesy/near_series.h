@@ -72,7 +72,7 @@ VOREL_SERIES_INLINE Value NearSquaredDistance(Value latitudeDifference, Value lo
                          (alongParallel - alongParallel * parallelFactor));
 }
 
-/// Squared distance, square metres, for differences up to `kMidLimit`. Its square root errs by at most 0.7
+/// Squared distance, square metres, for differences up to `kMidLimit`. Its square root errs by at most 0.73
 /// micrometres up to 150 km and 8 micrometres up to the limit.
 /// @param latitudeDifference, longitudeDifference, latitudeSum  as above
 template <class Value>

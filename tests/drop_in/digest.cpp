@@ -295,6 +295,104 @@ void DigestRouteFunctions(const Inputs& inputs) {
   });
 }
 
+/// Cumulative table of a line; empty for an empty one.
+std::vector<double> Table(const Line& line) {
+  std::vector<double> table;
+  if (line.empty()) return table;
+  table.push_back(0.0);
+  Algorithm::GetDistanceAndCache(line, 0, static_cast<unsigned>(line.size()) - 1, table);
+  return table;
+}
+
+void DigestLengths(const Inputs& inputs) {
+  DistanceDigest length("GetDistance", "GetDistance far");
+  DistanceDigest byVector("GetDistanceByVector", "GetDistanceByVector far");
+  DistanceDigest cache("GetDistanceAndCache", "GetDistanceAndCache far");
+  DistanceDigest onLine("DistancePointAAndPointB on a line", "DistancePointAAndPointB on a line far");
+  DistanceDigest byTable("DistancePointAAndPointB by table", "DistancePointAAndPointB by table far");
+  DistanceDigest back("DistanceAToBackB", "DistanceAToBackB far");
+  DistanceDigest route("DistanceOfA2BInRoute", "DistanceOfA2BInRoute far");
+  DistanceDigest find("FindFirstSmallerIndex", "FindFirstSmallerIndex far");
+  Digest order("exact", "IsPointAInFrontOfPointB");
+  std::size_t number = 0;
+  for (LineZ lineZ : inputs.lines) {
+    const Line line = testsupport::WithoutHeight(lineZ);
+    const std::vector<double> table = Table(line);
+    cache.Over(line) << table;
+    for (unsigned from = 0; from < line.size(); from += 7) {
+      const auto count = static_cast<unsigned>(line.size());
+      length.Over(line) << Algorithm::GetDistance(line.data(), count, from, 4294967295u);
+      byVector.Over(line) << Algorithm::GetDistanceByVector(line, from, from + 40)
+                          << Algorithm::GetDistanceByVector(lineZ, from, count);
+      const int a = static_cast<int>(from);
+      const int last = static_cast<int>(count) - 1;
+      const double offsetA = inputs.Number(number++);
+      const double offsetB = inputs.Number(number++);
+      onLine.Over(line) << Algorithm::DistancePointAAndPointB(lineZ, a, offsetA, last, offsetB);
+      byTable.Over(line) << Algorithm::DistancePointAAndPointB(table, a, offsetA, last + 1, offsetB);
+      back.Over(line) << Algorithm::DistanceAToBackB(lineZ, a, offsetA, last, offsetB);
+      route.Over(line) << Algorithm::DistanceOfA2BInRoute(line[from], last, line[from], a, line, table)
+                       << Algorithm::DistanceOfA2BInRoute(line[from], a, line.back(), last, line, table);
+      find.Over(line) << Algorithm::FindFirstSmallerIndex(table, offsetA * 3.0);
+      order << Algorithm::IsPointAInFrontOfPointB(a, offsetA, a, offsetB);
+    }
+  }
+}
+
+void DigestCuts(const Inputs& inputs) {
+  DistanceDigest tail("ChoosePointsInPolyline tail", "ChoosePointsInPolyline tail far");
+  DistanceDigest head("ChoosePointsInPolylineWithMaxLength", "ChoosePointsInPolylineWithMaxLength far");
+  DistanceDigest ahead("ChoosePointsInPolylineFromBasePoint", "ChoosePointsInPolylineFromBasePoint far");
+  DistanceDigest behind("ChoosePointsInPolylineWithOffset", "ChoosePointsInPolylineWithOffset far");
+  DistanceDigest candidates("CalculateCandidatePoints", "CalculateCandidatePoints far");
+  DistanceDigest thinned("PreProcessRoutePoints", "PreProcessRoutePoints far");
+  DistanceDigest onLine("PointOnPolyline", "PointOnPolyline far");
+  Digest onSegment("exact", "IsPointOnLineSegment");
+  for (const LineZ& lineZ : inputs.lines) {
+    const Line line = testsupport::WithoutHeight(lineZ);
+    const std::vector<double> table = Table(line);
+    std::vector<tarvo::RoutePos> positions(line.size());
+    for (std::size_t i = 0; i < line.size(); ++i) {
+      positions[i].coordinate = line[i];
+      positions[i].shapeIndex = static_cast<int>(i);
+    }
+    for (const double metres : {0.0, 3.25, 77.0, 1234.5}) {
+      Line out;
+      tail.Over(line) << Algorithm::ChoosePointsInPolyline(line.data(), static_cast<unsigned>(line.size()),
+                                                           metres, out)
+                      << out;
+      out.clear();
+      LineZ outZ;
+      head.Over(line) << Algorithm::ChoosePointsInPolylineWithMaxLength(line, metres, out) << out
+                      << Algorithm::ChoosePointsInPolylineWithMaxLength(lineZ, metres, outZ) << outZ;
+      out.clear();
+      if (!line.empty()) {
+        ahead.Over(line) << Algorithm::ChoosePointsInPolylineFromBasePoint(0, line[0], metres, line, table,
+                                                                           out)
+                         << out;
+      }
+      out.clear();
+      behind.Over(line) << Algorithm::ChoosePointsInPolylineWithOffset(positions, metres, out, line, table)
+                        << out;
+      thinned.Over(line) << Algorithm::PreProcessRoutePoints({line, line}, static_cast<float>(metres), 3);
+      candidates.Over(line) << Algorithm::CalculateCandidatePoints(
+                                   {line, line}, 3 + static_cast<unsigned>(metres) / 10, out)
+                            << out;
+      for (std::size_t i = 1; i < line.size(); i += 5) {
+        for (const bool checkSegments : {false, true}) {
+          onLine.Over(line) << Algorithm::PointOnPolyline(line, line[i], static_cast<float>(metres),
+                                                          checkSegments);
+        }
+      }
+    }
+  }
+  ForEachTriple(inputs, [&](const GeoCoordinate& a, const GeoCoordinate& b, const GeoCoordinate& c,
+                            std::size_t i) {
+    onSegment << Algorithm::IsPointOnLineSegment(a, c, b)
+              << Algorithm::IsPointOnLineSegment(a, GeoCoordinate(inputs.Number(i), inputs.Number(i + 1)), b);
+  });
+}
+
 void DigestLanes(const Inputs& inputs) {
   Digest project("libm", "ProjectionPosToLine");
   Digest walk("libm", "ProjectionPosToLines");
@@ -378,6 +476,8 @@ int main() {
   DigestAngles(inputs);
   DigestPoints(inputs);
   DigestRouteFunctions(inputs);
+  DigestLengths(inputs);
+  DigestCuts(inputs);
   DigestLanes(inputs);
   return 0;
 }
