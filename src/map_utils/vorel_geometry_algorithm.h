@@ -385,7 +385,8 @@ class VOREL_EXPORT VorelGeometryAlgorithm {
   /// @param indexA, indexB  vertex indices; a negative one or one beyond the line gives 0
   /// @param line            degrees
   /// @param cumulative      metres from the route's start, per vertex; not looked at when the indices are equal
-  /// @return metres; 0 for refused indices and for a table that lacks two or more entries up to the larger index
+  /// @return metres; 0 for refused indices and for a table that lacks two or more entries up to the larger index; NaN when
+  ///         a distance or an entry is
   /// @throws std::out_of_range when the table lacks the entry of the larger index alone (deliberate: its size then equals
   ///         that index, which the guard lets pass)
   /// Cost: two distances.
@@ -565,7 +566,7 @@ class VOREL_EXPORT VorelGeometryAlgorithm {
   /// Whether `point` lies within `tolerance` of a vertex of a line, or on one of its segments.
   ///
   /// @param line           degrees; deliberate: a line of fewer than 2 vertices has no point on it
-  /// @param point          degrees
+  /// @param point          degrees; NaN is near no vertex, but `IsPointOnLineSegment` takes it for on a segment
   /// @param tolerance      metres, border included. Deliberate: the vertices from 1 on must also pass
   ///                       `IsPointNearOtherOne` with the vertex as the centre, so that beyond 12000 only vertex 0 can
   ///                       match; negative and NaN match no vertex
