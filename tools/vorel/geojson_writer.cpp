@@ -4,20 +4,56 @@
 #include "tools/vorel/view.h"
 
 namespace vorel::tool {
+namespace {
+
+constexpr std::size_t kWriteAtBytes = std::size_t{1} << 16;  // of one feature
+
+}  // namespace
 
 GeoJsonWriter::GeoJsonWriter(OutputTarget& target) : target_(target) {
   target_.Write("{\"type\":\"FeatureCollection\",\"features\":[");
 }
 
-void GeoJsonWriter::StartPoint(const tarvo::GeoCoordinate& position) {
+void GeoJsonWriter::StartFeature(std::string_view geometryType) {
   line_ = firstFeature_ ? "\n" : ",\n";
   firstFeature_ = false;
-  line_ += "{\"type\":\"Feature\",\"geometry\":{\"type\":\"Point\",\"coordinates\":[";
+  line_ += "{\"type\":\"Feature\",\"geometry\":{\"type\":\"";
+  line_ += geometryType;
+  line_ += "\",\"coordinates\":";
+}
+
+void GeoJsonWriter::AppendPosition(const tarvo::GeoCoordinate& position) {
+  line_ += '[';
   line_ += ShortestNumber(FoldLongitude(position.longitude));
   line_ += ',';
   line_ += ShortestNumber(position.latitude);
-  line_ += "]},\"properties\":{";
+  line_ += ']';
+}
+
+void GeoJsonWriter::StartProperties() {
+  line_ += "},\"properties\":{";
   firstProperty_ = true;
+}
+
+void GeoJsonWriter::StartPoint(const tarvo::GeoCoordinate& position) {
+  StartFeature("Point");
+  AppendPosition(position);
+  StartProperties();
+}
+
+void GeoJsonWriter::StartLine(const std::vector<tarvo::GeoCoordinate>& points) {
+  StartFeature("LineString");
+  char separator = '[';
+  for (const tarvo::GeoCoordinate& point : points) {
+    line_ += separator;
+    separator = ',';
+    AppendPosition(point);
+    if (line_.size() < kWriteAtBytes) continue;
+    target_.Write(line_);
+    line_.clear();
+  }
+  line_ += ']';
+  StartProperties();
 }
 
 void GeoJsonWriter::StartProperty(std::string_view name) {
@@ -35,6 +71,16 @@ void GeoJsonWriter::Property(std::string_view name, double value) {
 void GeoJsonWriter::Property(std::string_view name, std::size_t value) {
   StartProperty(name);
   line_ += std::to_string(value);
+}
+
+void GeoJsonWriter::Property(std::string_view name, int value) {
+  StartProperty(name);
+  line_ += std::to_string(value);
+}
+
+void GeoJsonWriter::Property(std::string_view name, bool value) {
+  StartProperty(name);
+  line_ += value ? "true" : "false";
 }
 
 void GeoJsonWriter::NullProperty(std::string_view name) {

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "base/geo_coordinate.h"
 #include "tools/vorel/output_target.h"
@@ -25,9 +26,14 @@ class GeoJsonWriter {
 
   void StartPoint(const tarvo::GeoCoordinate& position);
 
+  /// @param points  two or more; a step across the antimeridian comes out as a jump from 180 to -180
+  void StartLine(const std::vector<tarvo::GeoCoordinate>& points);
+
   /// Between start and end of a feature, in any number. Names need no escaping: plain ASCII letters.
   void Property(std::string_view name, double value);
   void Property(std::string_view name, std::size_t value);
+  void Property(std::string_view name, int value);
+  void Property(std::string_view name, bool value);
   void NullProperty(std::string_view name);
 
   void EndFeature();
@@ -36,6 +42,9 @@ class GeoJsonWriter {
   void Finish();
 
  private:
+  void StartFeature(std::string_view geometryType);
+  void AppendPosition(const tarvo::GeoCoordinate& position);
+  void StartProperties();
   void StartProperty(std::string_view name);
 
   OutputTarget& target_;

@@ -122,6 +122,12 @@ std::vector<int> TurnsIntoView(const GeoRect& bounds, const GeoRect& view) {
   return turns;
 }
 
+std::vector<int> TurnsAlongLine(const std::vector<tarvo::GeoCoordinate>& line, const GeoRect& view) {
+  std::vector<int> turns = TurnsIntoView(BoundsOf(line), view);
+  if (line.front().longitude < line.back().longitude) std::reverse(turns.begin(), turns.end());
+  return turns;
+}
+
 void ShiftByTurns(std::vector<tarvo::GeoCoordinate>& points, int turns) {
   if (turns == 0) return;
   for (tarvo::GeoCoordinate& point : points) point.longitude += kTurnDegrees * turns;
@@ -147,6 +153,16 @@ void BoundsCollector::Add(const std::vector<tarvo::GeoCoordinate>& unwrappedPoin
   bounds_.max.longitude = std::max(bounds_.max.longitude, bounds.max.longitude + shift);
   bounds_.min.latitude = std::min(bounds_.min.latitude, bounds.min.latitude);
   bounds_.max.latitude = std::max(bounds_.max.latitude, bounds.max.latitude);
+}
+
+GeoRect BoundsCollector::Whole() const {
+  GeoRect whole = bounds_;
+  if (whole.max.longitude - whole.min.longitude > kTurnDegrees) {
+    const double centre = (whole.min.longitude + whole.max.longitude) / 2.0;
+    whole.min.longitude = centre - kTurnDegrees / 2.0;
+    whole.max.longitude = centre + kTurnDegrees / 2.0;
+  }
+  return StartWithinOneTurn(whole);
 }
 
 GeoRect BoundsCollector::HalvedAboutCentre() const {
