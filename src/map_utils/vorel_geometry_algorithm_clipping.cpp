@@ -13,6 +13,7 @@ namespace vorel {
 
 using internal::TwoDoubles;
 using internal::TwoFlags;
+using internal::TwoLanes;
 using tarvo::GeoCoordinate;
 using tarvo::Rect;
 
@@ -31,14 +32,6 @@ inline double SideOfLine(const GeoCoordinate& point, const GeoCoordinate& start,
                     end.latitude);
 }
 
-/// std::min and std::max of each lane, which choose the first one where a NaN is compared.
-inline TwoDoubles Smaller(TwoDoubles first, TwoDoubles second) {
-  return second < first ? second : first;
-}
-inline TwoDoubles Larger(TwoDoubles first, TwoDoubles second) {
-  return first < second ? second : first;
-}
-
 /// Whether a segment with both ends outside meets the rectangle: it does when it meets a diagonal, for the diagonals
 /// cut the rectangle into four triangles with one side each.
 ///
@@ -49,15 +42,14 @@ inline bool MeetsDiagonal(const GeoCoordinate& a, const GeoCoordinate& b, const 
   const TwoDoubles end = internal::LoadPoint(b);
   const TwoDoubles corner = internal::LoadPoint(rect.min);
   const TwoDoubles opposite = internal::LoadPoint(rect.max);
-  if (internal::InAnyLane((Smaller(start, end) > Larger(corner, opposite)) |
-                          (Smaller(corner, opposite) > Larger(start, end)))) {
+  if (internal::InAnyLane((TwoLanes::Smaller(end, start) > TwoLanes::Larger(opposite, corner)) |
+                          (TwoLanes::Smaller(opposite, corner) > TwoLanes::Larger(end, start)))) {
     return false;
   }
-  using internal::BothLanes;
-  const TwoDoubles aX = BothLanes(a.longitude), aY = BothLanes(a.latitude);
-  const TwoDoubles bX = BothLanes(b.longitude), bY = BothLanes(b.latitude);
-  const TwoDoubles westX = BothLanes(rect.min.longitude), westY{rect.min.latitude, rect.max.latitude};
-  const TwoDoubles eastX = BothLanes(rect.max.longitude), eastY{rect.max.latitude, rect.min.latitude};
+  const TwoDoubles aX = TwoLanes::All(a.longitude), aY = TwoLanes::All(a.latitude);
+  const TwoDoubles bX = TwoLanes::All(b.longitude), bY = TwoLanes::All(b.latitude);
+  const TwoDoubles westX = TwoLanes::All(rect.min.longitude), westY{rect.min.latitude, rect.max.latitude};
+  const TwoDoubles eastX = TwoLanes::All(rect.max.longitude), eastY{rect.max.latitude, rect.min.latitude};
   const TwoDoubles sideOfA = SideOfLine(aX, aY, westX, westY, eastX, eastY);
   const TwoDoubles sideOfB = SideOfLine(bX, bY, westX, westY, eastX, eastY);
   const TwoDoubles sideOfWest = SideOfLine(westX, westY, aX, aY, bX, bY);
@@ -95,7 +87,7 @@ constexpr std::size_t kVerticesPerBlock = 8;
 template <class IsBeyond>
 std::size_t PassOver(const GeoCoordinate* line, std::size_t first, std::size_t last,
                      double GeoCoordinate::*coordinate, double border, IsBeyond isBeyond) {
-  const TwoDoubles borders = internal::BothLanes(border);
+  const TwoDoubles borders = TwoLanes::All(border);
   for (; first + kVerticesPerBlock <= last; first += kVerticesPerBlock) {
     const GeoCoordinate* block = line + first;
     TwoFlags beyond = ~TwoFlags{};
