@@ -42,8 +42,9 @@ inline bool MeetsDiagonal(const GeoCoordinate& a, const GeoCoordinate& b, const 
   const TwoDoubles end = internal::LoadPoint(b);
   const TwoDoubles corner = internal::LoadPoint(rect.min);
   const TwoDoubles opposite = internal::LoadPoint(rect.max);
-  if (internal::InAnyLane((TwoLanes::Smaller(end, start) > TwoLanes::Larger(opposite, corner)) |
-                          (TwoLanes::Smaller(opposite, corner) > TwoLanes::Larger(end, start)))) {
+  if (internal::InAnyLane(
+          TwoLanes::Less(TwoLanes::Larger(opposite, corner), TwoLanes::Smaller(end, start)) |
+          TwoLanes::Less(TwoLanes::Larger(end, start), TwoLanes::Smaller(opposite, corner)))) {
     return false;
   }
   const TwoDoubles aX = TwoLanes::All(a.longitude), aY = TwoLanes::All(a.latitude);
@@ -55,7 +56,10 @@ inline bool MeetsDiagonal(const GeoCoordinate& a, const GeoCoordinate& b, const 
   const TwoDoubles sideOfWest = SideOfLine(westX, westY, aX, aY, bX, bY);
   const TwoDoubles sideOfEast = SideOfLine(eastX, eastY, aX, aY, bX, bY);
   const TwoDoubles zero{};
-  return internal::InAnyLane(~(sideOfA * sideOfB > zero) & (sideOfWest * sideOfEast <= zero));
+  const TwoDoubles sidesOfDiagonal = sideOfWest * sideOfEast;
+  return internal::InAnyLane(
+      ~TwoLanes::Less(zero, sideOfA * sideOfB) &
+      (TwoLanes::Less(sidesOfDiagonal, zero) | TwoLanes::Equal(sidesOfDiagonal, zero)));
 }
 
 // ---- Cutting by runs ------------------------------------------------------------------------------------------
@@ -83,6 +87,15 @@ inline unsigned SidesBeyond(const GeoCoordinate& vertex, const Rect<GeoCoordinat
 
 constexpr std::size_t kVerticesPerBlock = 8;
 
+struct IsLess {
+  bool operator()(double value, double border) const { return value < border; }
+  TwoFlags operator()(TwoDoubles values, TwoDoubles borders) const { return TwoLanes::Less(values, borders); }
+};
+struct IsGreater {
+  bool operator()(double value, double border) const { return value > border; }
+  TwoFlags operator()(TwoDoubles values, TwoDoubles borders) const { return TwoLanes::Less(borders, values); }
+};
+
 /// Index of the first vertex in [first, last) whose coordinate does not lie beyond `border`, else `last`.
 template <class IsBeyond>
 std::size_t PassOver(const GeoCoordinate* line, std::size_t first, std::size_t last,
@@ -103,8 +116,8 @@ std::size_t PassOver(const GeoCoordinate* line, std::size_t first, std::size_t l
 /// Index of the first vertex in [first, last) that is not beyond `side`, else `last`. Of several sides any one serves.
 std::size_t PassOverBeyond(unsigned sides, const GeoCoordinate* line, std::size_t first, std::size_t last,
                            const Rect<GeoCoordinate>& rect) {
-  const auto isLess = [](auto value, auto border) { return value < border; };
-  const auto isGreater = [](auto value, auto border) { return value > border; };
+  constexpr IsLess isLess;
+  constexpr IsGreater isGreater;
   if (sides & kWest)
     return PassOver(line, first, last, &GeoCoordinate::longitude, rect.min.longitude, isLess);
   if (sides & kEast)
@@ -122,7 +135,7 @@ std::size_t EndOfInsideRun(const GeoCoordinate* line, std::size_t first, std::si
     TwoFlags outside{};
     for (std::size_t i = 0; i < kVerticesPerBlock; ++i) {
       const TwoDoubles vertex = internal::LoadPoint(line[first + i]);
-      outside |= (vertex < min) | (vertex > max);
+      outside |= TwoLanes::Less(vertex, min) | TwoLanes::Less(max, vertex);
     }
     if (internal::InAnyLane(outside)) break;
   }

@@ -48,6 +48,23 @@ struct TwoLanes {
 
   VOREL_LANES_INLINE Doubles All(double value) { return Doubles{value, value}; }
 
+  // The comparisons are spelled out for SSE2: g++ takes an operator that is masked afterwards for a choice, for which
+  // SSE2 has no instruction, and goes lane by lane.
+  VOREL_LANES_INLINE Flags Less(Doubles a, Doubles b) {
+#if defined(__SSE2__)
+    return reinterpret_cast<Flags>(_mm_cmplt_pd(a, b));
+#else
+    return a < b;
+#endif
+  }
+  VOREL_LANES_INLINE Flags Equal(Doubles a, Doubles b) {
+#if defined(__SSE2__)
+    return reinterpret_cast<Flags>(_mm_cmpeq_pd(a, b));
+#else
+    return a == b;
+#endif
+  }
+
   /// a < b ? a : b and a > b ? a : b in each lane: `b` where one is NaN.
   VOREL_LANES_INLINE Doubles Smaller(Doubles a, Doubles b) {
 #if defined(__SSE2__)
@@ -104,6 +121,13 @@ struct FourLanes {
   static constexpr std::size_t kCount = 4;
 
   VOREL_LANES_INLINE Doubles All(double value) { return Doubles{value, value, value, value}; }
+
+  VOREL_LANES_INLINE Flags Less(Doubles a, Doubles b) {
+    return reinterpret_cast<Flags>(_mm256_cmp_pd(a, b, _CMP_LT_OQ));
+  }
+  VOREL_LANES_INLINE Flags Equal(Doubles a, Doubles b) {
+    return reinterpret_cast<Flags>(_mm256_cmp_pd(a, b, _CMP_EQ_OQ));
+  }
 
   VOREL_LANES_INLINE Doubles Smaller(Doubles a, Doubles b) { return _mm256_min_pd(a, b); }
   VOREL_LANES_INLINE Doubles Larger(Doubles a, Doubles b) { return _mm256_max_pd(a, b); }

@@ -60,7 +60,7 @@ class PolygonKernel {
       lowest = Lanes::Smaller(latitudes, lowest);
       highest = Lanes::Larger(latitudes, highest);
     }
-    return Lanes::InEach(lowest > latitude_) || Lanes::InEach(highest < latitude_);
+    return Lanes::InEach(Lanes::Less(latitude_, lowest)) || Lanes::InEach(Lanes::Less(highest, latitude_));
   }
 
   /// The edges from each of kCount vertices in a row to the next one.
@@ -85,15 +85,15 @@ class PolygonKernel {
 
   /// The edges from (aX, aY) to (bX, bY), and their starts.
   VOREL_LANES_METHOD void Test(Doubles aX, Doubles aY, Doubles bX, Doubles bY) {
-    onBoundary_ |= (aX == longitude_) & (aY == latitude_);
+    onBoundary_ |= Lanes::Equal(aX, longitude_) & Lanes::Equal(aY, latitude_);
     // One end below and the other one not. That is the span without its lower end but for a NaN latitude, whose
     // crossing is NaN and fails all comparisons below.
-    const Flags spans = (aY < latitude_) ^ (bY < latitude_);
+    const Flags spans = Lanes::Less(aY, latitude_) ^ Lanes::Less(bY, latitude_);
     const Doubles rise = bY - aY;
     const Doubles crossing = (bX - aX) * ((latitude_ - aY) / rise) + aX;
     nearlyHorizontal_ |= spans & IsBelowTolerance(rise);
     onBoundary_ |= spans & IsBelowTolerance(longitude_ - crossing);
-    isCrossedOddly_ ^= spans & (crossing > longitude_);
+    isCrossedOddly_ ^= spans & Lanes::Less(longitude_, crossing);
   }
 
   VOREL_LANES_METHOD PolygonSide Result() const {
@@ -103,7 +103,7 @@ class PolygonKernel {
   }
 
   VOREL_LANES_INLINE Flags IsBelowTolerance(Doubles value) {
-    return (value < kEdgeTolerance) & (value > -kEdgeTolerance);
+    return Lanes::Less(value, Lanes::All(kEdgeTolerance)) & Lanes::Less(Lanes::All(-kEdgeTolerance), value);
   }
 
   Doubles longitude_;
