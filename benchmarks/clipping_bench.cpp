@@ -28,6 +28,13 @@ void BM_CutPolyline(benchmark::State& state) {
 }
 BENCHMARK(BM_CutPolyline)->Arg(100)->Arg(10000);
 
+// Typical: a view of some fifty vertices in the middle of a route.
+void BM_CutPolylineSmallView(benchmark::State& state) {
+  const double middle = 7.5 + 1e-4 * static_cast<double>(state.range(0));
+  RunOver(state, bench::Route(state.range(0)), {{middle - 5e-3, 47}, {middle + 5e-3, 48}});
+}
+BENCHMARK(BM_CutPolylineSmallView)->Arg(100)->Arg(10000);
+
 void BM_CutPolylineAllInside(benchmark::State& state) {
   RunOver(state, bench::Route(state.range(0)), {{0, 0}, {90, 90}});
 }

@@ -1,9 +1,11 @@
 #include <cmath>
+#include <random>
 #include <vector>
 
 #include <benchmark/benchmark.h>
 
 #include "bench_lines.h"
+#include "map_utils/internal/polygon.h"
 #include "map_utils/vorel_geometry_algorithm.h"
 
 namespace {
@@ -36,6 +38,52 @@ void BM_IsPointInPolygon(benchmark::State& state) {
   RunOver(state, bench::Star(state.range(0)), Points(1.3));
 }
 BENCHMARK(BM_IsPointInPolygon)->Arg(10)->Arg(100)->Arg(1000);
+
+// The points in no order that a branch predictor could learn. Second argument: the form with so many lanes, 0 for what
+// the library chooses.
+void BM_IsPointInPolygonRandomPoints(benchmark::State& state) {
+  using namespace vorel::internal;
+  if (state.range(1) != 0) {
+    const LocateInPolygon form = FindLocateInPolygon(static_cast<std::size_t>(state.range(1)));
+    if (form == nullptr) {
+      state.SkipWithError("this machine has no such form");
+      return;
+    }
+    ForceLocateInPolygon(form);
+  }
+  constexpr unsigned kSeed = 41201;
+  std::mt19937 generator(kSeed);
+  const auto coordinate = [&generator] { return static_cast<double>(generator()) / 2147483648.0 - 1.0; };
+  std::vector<GeoCoordinate> points;
+  for (int i = 0; i < 16384; ++i) {
+    const double longitude = coordinate();
+    points.emplace_back(longitude, coordinate());
+  }
+  RunOver(state, bench::Star(state.range(0)), points);
+  ForceLocateInPolygon(nullptr);
+}
+BENCHMARK(BM_IsPointInPolygonRandomPoints)->ArgsProduct({{10, 100, 1000}, {0, 2}});
+
+// Bad: a wall of horizontal edges, all level with every point.
+void BM_IsPointInPolygonLevelEdges(benchmark::State& state) {
+  std::vector<GeoCoordinate> wall;
+  for (std::int64_t i = 0; i < state.range(0); ++i) wall.emplace_back(1e-3 * static_cast<double>(i), 0.0);
+  std::vector<GeoCoordinate> points = Points(0.3);
+  for (GeoCoordinate& point : points) point = {point.longitude - 1.0, 0.0};
+  RunOver(state, wall, points);
+}
+BENCHMARK(BM_IsPointInPolygonLevelEdges)->Arg(10)->Arg(100)->Arg(1000);
+
+// Bad: an edge level with every point, but for less than the tolerance, calls for the walk edge by edge.
+void BM_IsPointInPolygonNearlyLevelEdge(benchmark::State& state) {
+  std::vector<GeoCoordinate> polygon = bench::Star(state.range(0));
+  polygon[0] = {2.0, -4e-8};
+  polygon[1] = {1.5, 4e-8};
+  std::vector<GeoCoordinate> points = Points(0.3);
+  for (GeoCoordinate& point : points) point.latitude = 0.0;
+  RunOver(state, polygon, points);
+}
+BENCHMARK(BM_IsPointInPolygonNearlyLevelEdge)->Arg(10)->Arg(100)->Arg(1000);
 
 // All above the polygon: no edge spans the latitude.
 void BM_IsPointInPolygonFarAway(benchmark::State& state) {

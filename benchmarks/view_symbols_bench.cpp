@@ -36,6 +36,24 @@ void BM_GetInterpolateShapePoints(benchmark::State& state) {
 }
 BENCHMARK(BM_GetInterpolateShapePoints)->Arg(100)->Arg(10000);
 
+// What the above is made of: clipping and sampling by themselves.
+void BM_SumOfParts(benchmark::State& state) {
+  const std::vector<GeoCoordinate> route = bench::Route(state.range(0));
+  const Rect view = MiddleHalf(state.range(0));
+  for (auto _ : state) {
+    std::vector<std::vector<GeoCoordinate>> pieces;
+    VorelGeometryAlgorithm::CutPolyline(route, view, pieces);
+    for (const std::vector<GeoCoordinate>& piece : pieces) {
+      std::vector<GeoCoordinate> samples;
+      VorelGeometryAlgorithm::CalcPointsInPolyline(piece, 50.0, -1, samples);
+      benchmark::DoNotOptimize(samples.data());
+    }
+    benchmark::ClobberMemory();
+  }
+  state.SetItemsProcessed(state.iterations() * state.range(0));  // vertices
+}
+BENCHMARK(BM_SumOfParts)->Arg(100)->Arg(10000);
+
 void BM_GetInterpolateShapePointsOutOfView(benchmark::State& state) {
   RunOver(state, true, {{-10, 40}, {0, 50}}, {}, 50);
 }

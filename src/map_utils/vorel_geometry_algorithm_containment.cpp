@@ -9,6 +9,7 @@
 
 #include "base/geodesy/distance.h"
 #include "map_utils/internal/integer_conversion.h"
+#include "map_utils/internal/polygon.h"
 #include "map_utils/internal/rectangle.h"
 
 namespace vorel {
@@ -27,9 +28,8 @@ inline bool SpansLatitude(const GeoCoordinate& a, const GeoCoordinate& b, double
 inline bool CastRay(const GeoCoordinate& point, const GeoCoordinate& a, const GeoCoordinate& b,
                     int& crossings) {
   VOREL_PRECONDITION(crossings < std::numeric_limits<int>::max());
-  constexpr double kEdgeTolerance = 1e-7;  // degrees; some 11 mm
   const double rise = b.latitude - a.latitude;
-  if (std::fabs(rise) < kEdgeTolerance) {
+  if (std::fabs(rise) < internal::kEdgeTolerance) {
     if ((point.longitude >= a.longitude && b.longitude >= point.longitude) ||
         (point.longitude >= b.longitude && a.longitude >= point.longitude)) {
       return true;
@@ -40,7 +40,7 @@ inline bool CastRay(const GeoCoordinate& point, const GeoCoordinate& a, const Ge
   }
   const double ratio = (point.latitude - a.latitude) / rise;
   const double crossingLongitude = (b.longitude - a.longitude) * ratio + a.longitude;
-  if (std::fabs(point.longitude - crossingLongitude) < kEdgeTolerance) return true;
+  if (std::fabs(point.longitude - crossingLongitude) < internal::kEdgeTolerance) return true;
   if (crossingLongitude > point.longitude) ++crossings;
   return false;
 }
@@ -119,6 +119,8 @@ bool VorelGeometryAlgorithm::IsPointInPolygon<std::vector<GeoCoordinate>>(
     const std::vector<GeoCoordinate>& polygon, GeoCoordinate point) {
   const std::size_t count = polygon.size();
   if (count < 3) return false;
+  const internal::PolygonSide side = internal::BestLocateInPolygon()(polygon.data(), count, point);
+  if (side != internal::PolygonSide::kUndecided) return side == internal::PolygonSide::kInside;
   int crossings = 0;
   for (std::size_t i = 0; i < count; ++i) {
     const GeoCoordinate& a = polygon[i];
