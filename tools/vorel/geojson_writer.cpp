@@ -9,15 +9,66 @@ GeoJsonWriter::GeoJsonWriter(OutputTarget& target) : target_(target) {
   target_.Write("{\"type\":\"FeatureCollection\",\"features\":[");
 }
 
-void GeoJsonWriter::StartPoint(const tarvo::GeoCoordinate& position) {
+void GeoJsonWriter::StartFeature(std::string_view geometryType) {
   line_ = firstFeature_ ? "\n" : ",\n";
   firstFeature_ = false;
-  line_ += "{\"type\":\"Feature\",\"geometry\":{\"type\":\"Point\",\"coordinates\":[";
+  line_ += "{\"type\":\"Feature\",\"geometry\":{\"type\":\"";
+  line_ += geometryType;
+  line_ += "\",\"coordinates\":";
+}
+
+void GeoJsonWriter::StartProperties() {
+  line_ += "},\"properties\":{";
+  firstProperty_ = true;
+}
+
+void GeoJsonWriter::StartPoint(const tarvo::GeoCoordinate& position) {
+  StartFeature("Point");
+  line_ += '[';
   line_ += ShortestNumber(FoldLongitude(position.longitude));
   line_ += ',';
   line_ += ShortestNumber(position.latitude);
-  line_ += "]},\"properties\":{";
-  firstProperty_ = true;
+  line_ += ']';
+  StartProperties();
+}
+
+void GeoJsonWriter::AppendPosition(const tarvo::GeoCoordinateZ& position) {
+  line_ += '[';
+  line_ += ShortestNumber(FoldLongitude(position.longitude));
+  line_ += ',';
+  line_ += ShortestNumber(position.latitude);
+  line_ += ',';
+  line_ += ShortestNumber(position.z);
+  line_ += ']';
+}
+
+void GeoJsonWriter::AppendPositions(const std::vector<tarvo::GeoCoordinateZ>& points) {
+  line_ += '[';
+  for (std::size_t i = 0; i < points.size(); ++i) {
+    if (i > 0) line_ += ',';
+    AppendPosition(points[i]);
+  }
+  line_ += ']';
+}
+
+void GeoJsonWriter::StartPoint(const tarvo::GeoCoordinateZ& position) {
+  StartFeature("Point");
+  AppendPosition(position);
+  StartProperties();
+}
+
+void GeoJsonWriter::StartLine(const std::vector<tarvo::GeoCoordinateZ>& points) {
+  StartFeature("LineString");
+  AppendPositions(points);
+  StartProperties();
+}
+
+void GeoJsonWriter::StartPolygon(const std::vector<tarvo::GeoCoordinateZ>& ring) {
+  StartFeature("Polygon");
+  line_ += '[';
+  AppendPositions(ring);
+  line_ += ']';
+  StartProperties();
 }
 
 void GeoJsonWriter::StartProperty(std::string_view name) {
@@ -42,13 +93,21 @@ void GeoJsonWriter::NullProperty(std::string_view name) {
   line_ += "null";
 }
 
+void GeoJsonWriter::JsonProperty(std::string_view name, std::string_view json) {
+  StartProperty(name);
+  line_ += json;
+}
+
 void GeoJsonWriter::EndFeature() {
   line_ += "}}";
   target_.Write(line_);
 }
 
-void GeoJsonWriter::Finish() {
-  target_.Write("\n]}\n");
+void GeoJsonWriter::Finish(std::string_view members) {
+  target_.Write("\n]");
+  if (!members.empty()) target_.Write(",");
+  target_.Write(members);
+  target_.Write("}\n");
   target_.Finish();
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <string_view>
+#include <utility>
 
 #include "tools/vorel/map_clipping.h"
 #include "tools/vorel/plain_text.h"
@@ -117,6 +118,13 @@ std::string LayerMark(std::string_view name) {
 
 MapPicture::MapPicture(const GeoRect& view) : projection_(view), arrowPixels_(kFullArrowPixels) {}
 
+MapPicture::MapPicture(const GeoRect& view, std::vector<PictureLayer> layers)
+    : projection_(view),
+      layers_(std::move(layers)),
+      layerTexts_(layers_.size()),
+      showsView_(false),
+      arrowPixels_(kFullArrowPixels) {}
+
 /// Path data of `line` wherever the map shows it: more than once where the map is as wide as the earth.
 std::string MapPicture::PathText(const std::vector<tarvo::GeoCoordinate>& line, bool closed) const {
   const PixelBox box{-kOverlapPixels, -kOverlapPixels, projection_.width() + kOverlapPixels,
@@ -141,6 +149,33 @@ void MapPicture::AddPath(Spool& layer, const char* elementClass, const std::stri
   for (const auto& [name, value] : attributes) SetAttribute(node, name, value);
   SetAttribute(node, "d", path);
   layer.Append(ToText(node) + "\n");
+}
+
+void MapPicture::AddLine(std::size_t layer, const std::vector<tarvo::GeoCoordinate>& line,
+                         const Attributes& attributes) {
+  const std::string path = PathText(line, false);
+  if (!path.empty()) AddPath(layerTexts_[layer], layers_[layer].elementClass.c_str(), path, attributes);
+}
+
+void MapPicture::AddRing(std::size_t layer, const std::vector<tarvo::GeoCoordinate>& ring,
+                         const Attributes& attributes) {
+  const std::string path = PathText(ring, true);
+  if (!path.empty()) AddPath(layerTexts_[layer], layers_[layer].elementClass.c_str(), path, attributes);
+}
+
+void MapPicture::AddDot(std::size_t layer, const tarvo::GeoCoordinate& position, double radiusPixels,
+                        const Attributes& attributes) {
+  for (const int turns : TurnsIntoView({position, position}, projection_.Extent())) {
+    const Pixel pixel = projection_.ToPixel({position.longitude + 360.0 * turns, position.latitude});
+    if (pixel.y < 0.0 || pixel.y > projection_.height()) continue;
+    pugi::xml_document fragment;
+    pugi::xml_node node = AppendElement(fragment, "circle", layers_[layer].elementClass.c_str());
+    for (const auto& [name, value] : attributes) SetAttribute(node, name, value);
+    SetAttribute(node, "cx", PixelText(pixel.x));
+    SetAttribute(node, "cy", PixelText(pixel.y));
+    SetAttribute(node, "r", PixelText(radiusPixels));
+    layerTexts_[layer].Append(ToText(node) + "\n");
+  }
 }
 
 void MapPicture::AddArea(const std::vector<tarvo::GeoCoordinate>& ring) {
@@ -263,7 +298,11 @@ void MapPicture::Write(const std::string& title, const std::vector<std::string>&
                ShortestNumber(extent.min.longitude) + "," + ShortestNumber(extent.min.latitude) + "," +
                    ShortestNumber(extent.max.longitude) + "," + ShortestNumber(extent.max.latitude));
   svg.append_child("title").text().set(XmlCharacters(title).c_str());
-  svg.append_child("style").text().set(kStyle);
+  std::string style = kStyle;
+  for (const PictureLayer& layer : layers_) {
+    style += "." + layer.elementClass + ", .legend-" + layer.elementClass + " { " + layer.style + " }\n";
+  }
+  svg.append_child("style").text().set(style.c_str());
   pugi::xml_node clip = svg.append_child("defs").append_child("clipPath");
   clip.append_attribute("id").set_value("map-clip");
   AppendRectangle(clip, "clip", 0.0, 0.0, width, height);
@@ -286,7 +325,7 @@ void MapPicture::Write(const std::string& title, const std::vector<std::string>&
   const Pixel lowerRight = projection_.ToPixel({view.max.longitude, view.min.latitude});
   const double viewWidth = lowerRight.x - upperLeft.x;
   const double viewHeight = lowerRight.y - upperLeft.y;
-  AppendRectangle(clipped, "view", upperLeft.x, upperLeft.y, viewWidth, viewHeight);
+  if (showsView_) AppendRectangle(clipped, "view", upperLeft.x, upperLeft.y, viewWidth, viewHeight);
   for (const Tick& tick : projection_.LongitudeTicks()) {
     AppendPathElement(clipped, "graticule", LinePath(tick.pixel, 0.0, tick.pixel, height));
   }
@@ -296,11 +335,20 @@ void MapPicture::Write(const std::string& title, const std::vector<std::string>&
   const auto appendLayer = [&](const char* name) {
     AppendElement(clipped, "g", name).append_child(pugi::node_comment).set_value(LayerMark(name).c_str());
   };
-  appendLayer("areas");
-  appendLayer("routes");
-  appendLayer("pieces");
-  AppendRectangle(clipped, "view-border", upperLeft.x, upperLeft.y, viewWidth, viewHeight);
-  appendLayer("arrows");
+  std::vector<std::pair<std::string, Spool*>> texts = {
+      {"areas", &areas_}, {"routes", &routes_}, {"pieces", &pieces_}, {"arrows", &arrows_}};
+  if (!showsView_) {
+    texts.clear();
+    for (std::size_t i = 0; i < layers_.size(); ++i) {
+      texts.emplace_back(layers_[i].elementClass + "-layer", &layerTexts_[i]);
+    }
+  }
+  for (const auto& [name, text] : texts) {
+    if (text == &arrows_) {
+      AppendRectangle(clipped, "view-border", upperLeft.x, upperLeft.y, viewWidth, viewHeight);
+    }
+    appendLayer(name.c_str());
+  }
   AppendFrame(map);
 
   pugi::xml_node footer = AppendElement(svg, "g", "footer");
@@ -319,31 +367,48 @@ void MapPicture::Write(const std::string& title, const std::vector<std::string>&
     right -= 18.0;
   };
   // Samples carry their own class names: a reader that counts routes, pieces or arrows must not meet them here.
-  appendEntry("symbol", 46.0, [](pugi::xml_node sample) {
-    pugi::xml_node arrow = AppendElement(sample, "path", "legend-arrow");
-    SetAttribute(arrow, "transform", "translate(18 0) rotate(90)");
-    SetAttribute(arrow, "d", ArrowPath(kFullArrowPixels));
-  });
-  appendEntry("piece in view", 84.0, [](pugi::xml_node sample) {
-    AppendPathElement(sample, "legend-piece", LinePath(2.0, 0.0, 27.0, 0.0));
-  });
-  appendEntry("route", 36.0, [](pugi::xml_node sample) {
-    AppendPathElement(sample, "legend-route", LinePath(2.0, 0.0, 27.0, 0.0));
-  });
-  appendEntry("view", 32.0,
-              [](pugi::xml_node sample) { AppendRectangle(sample, "view-border", 2.0, -7.0, 25.0, 14.0); });
-  if (areas_.sizeBytes() > 0) {
-    appendEntry("area", 32.0,
-                [](pugi::xml_node sample) { AppendRectangle(sample, "legend-area", 2.0, -7.0, 25.0, 14.0); });
+  if (showsView_) {
+    appendEntry("symbol", 46.0, [](pugi::xml_node sample) {
+      pugi::xml_node arrow = AppendElement(sample, "path", "legend-arrow");
+      SetAttribute(arrow, "transform", "translate(18 0) rotate(90)");
+      SetAttribute(arrow, "d", ArrowPath(kFullArrowPixels));
+    });
+    appendEntry("piece in view", 84.0, [](pugi::xml_node sample) {
+      AppendPathElement(sample, "legend-piece", LinePath(2.0, 0.0, 27.0, 0.0));
+    });
+    appendEntry("route", 36.0, [](pugi::xml_node sample) {
+      AppendPathElement(sample, "legend-route", LinePath(2.0, 0.0, 27.0, 0.0));
+    });
+    appendEntry("view", 32.0,
+                [](pugi::xml_node sample) { AppendRectangle(sample, "view-border", 2.0, -7.0, 25.0, 14.0); });
+    if (areas_.sizeBytes() > 0) {
+      appendEntry("area", 32.0, [](pugi::xml_node sample) {
+        AppendRectangle(sample, "legend-area", 2.0, -7.0, 25.0, 14.0);
+      });
+    }
+  }
+  constexpr double kLegendCharacterPixels = 6.7;
+  for (auto layer = layers_.rbegin(); layer != layers_.rend(); ++layer) {
+    const std::string sampleClass = "legend-" + layer->elementClass;
+    const double labelPixels = kLegendCharacterPixels * static_cast<double>(layer->legend.size()) + 2.0;
+    appendEntry(layer->legend.c_str(), labelPixels, [&](pugi::xml_node sample) {
+      if (layer->shape == PictureLayer::Shape::kArea) {
+        AppendRectangle(sample, sampleClass.c_str(), 2.0, -7.0, 25.0, 14.0);
+      } else if (layer->shape == PictureLayer::Shape::kLine) {
+        AppendPathElement(sample, sampleClass.c_str(), LinePath(2.0, 0.0, 27.0, 0.0));
+      } else {
+        pugi::xml_node dot = AppendElement(sample, "circle", sampleClass.c_str());
+        SetAttribute(dot, "cx", PixelText(20.0));
+        SetAttribute(dot, "r", PixelText(3.0));
+      }
+    });
   }
 
   std::string text;
   FragmentWriter writer(text);
   document.save(writer, " ", pugi::format_indent);
   std::string_view rest = text;
-  const std::pair<const char*, Spool*> layers[] = {
-      {"areas", &areas_}, {"routes", &routes_}, {"pieces", &pieces_}, {"arrows", &arrows_}};
-  for (const auto& [name, layer] : layers) {
+  for (const auto& [name, layer] : texts) {
     const std::string mark = "<!--" + LayerMark(name) + "-->";
     const std::size_t at = rest.find(mark);
     target.Write(rest.substr(0, at));

@@ -17,6 +17,16 @@
 
 namespace vorel::tool {
 
+/// One kind of element of a picture, with a style and an entry in the legend.
+struct PictureLayer {
+  enum class Shape { kLine, kArea, kDot };
+
+  std::string elementClass;  ///< plain ASCII letters
+  std::string legend;        ///< one or two words
+  std::string style;         ///< CSS declarations
+  Shape shape = Shape::kLine;
+};
+
 /// The picture of a map as SVG: what lies under the view and around it, with frame, graticule, scale bar and title.
 ///
 /// Every element that stands for something on the map carries a class (area, route, piece, arrow, view) and data-
@@ -26,6 +36,18 @@ namespace vorel::tool {
 class MapPicture {
  public:
   explicit MapPicture(const GeoRect& view);
+
+  /// A picture made of the given layers alone, in this order from below; `view` is not outlined.
+  MapPicture(const GeoRect& view, std::vector<PictureLayer> layers);
+
+  /// Adds to the layer number `layer` what the map shows of it; `attributes` are names such as "data-line" with values.
+  using Attributes = std::vector<std::pair<const char*, std::string>>;
+  void AddLine(std::size_t layer, const std::vector<tarvo::GeoCoordinate>& line,
+               const Attributes& attributes);
+  void AddRing(std::size_t layer, const std::vector<tarvo::GeoCoordinate>& ring,
+               const Attributes& attributes);
+  void AddDot(std::size_t layer, const tarvo::GeoCoordinate& position, double radiusPixels,
+              const Attributes& attributes);
 
   const MapProjection& projection() const { return projection_; }
 
@@ -70,6 +92,9 @@ class MapPicture {
   Spool routes_;
   Spool pieces_;
   Spool arrows_;
+  std::vector<PictureLayer> layers_;
+  std::vector<Spool> layerTexts_;  // one for each of `layers_`
+  bool showsView_ = true;          // with routes, pieces and arrows; else `layers_`
   double arrowPixels_;
   bool enlargesSome_ = false;
   std::optional<Pixel> lastEnlarged_;

@@ -30,6 +30,7 @@ std::string ViewText(const GeoRect& view);
 /// The first point stays; so does, to the bit, every line without a step across the antimeridian. A step of exactly
 /// 180 degrees stays as it is.
 void UnwrapLongitudes(std::vector<tarvo::GeoCoordinate>& points);
+void UnwrapLongitudes(std::vector<tarvo::GeoCoordinateZ>& points);
 
 /// The rectangle of one or more points.
 GeoRect BoundsOf(const std::vector<tarvo::GeoCoordinate>& points);
@@ -51,6 +52,9 @@ class BoundsCollector {
   void Add(const std::vector<tarvo::GeoCoordinate>& unwrappedPoints);
 
   bool empty() const { return empty_; }
+
+  /// The rectangle of everything added, which must be something; width at most 360 degrees.
+  GeoRect Whole() const;
 
   /// The rectangle of everything added, halved about its centre; width at most 360 degrees.
   GeoRect HalvedAboutCentre() const;
