@@ -162,9 +162,7 @@ Command AddArrowCommand(CLI::App& program) {
                    "GeoJSON file with the lines, each from an arrow's tail to its\n"
                    "head; standard input when absent or -")
       ->type_name("FILE");
-  arguments
-      ->add_option("--width", options->width,
-                   "Of the whole shaft: metres, greater than 0, at most 1000.\nRequired")
+  arguments->add_option("--width", options->width, "Of the whole shaft: metres, greater than 0, at most 1000")
       ->type_name("METRES")
       ->required();
   arguments

@@ -188,9 +188,7 @@ Command AddCutCommand(CLI::App& program) {
                    "point, from 0, and how far along it, 0 to 1. Default: 0:0")
       ->type_name("INDEX[:RATIO]");
   arguments
-      ->add_option("--length", options->length,
-                   "Of the piece: metres, greater than 0, at most 100000000.\n"
-                   "Required")
+      ->add_option("--length", options->length, "Of the piece: metres, greater than 0, at most 100000000")
       ->type_name("METRES")
       ->required();
   arguments

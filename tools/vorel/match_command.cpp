@@ -116,8 +116,9 @@ class MatchRun {
   }
 
  private:
-  enum Layer : std::size_t { kLaneLayer, kTraceLayer, kStrokeLayer, kFixLayer };
-  static constexpr double kFixPixels = 2.6;
+  enum Layer : std::size_t { kLaneLayer, kTraceLayer, kFixLayer, kUnmatchedLayer, kStrokeLayer };
+  static constexpr double kFixPixels = 1.7;
+  static constexpr double kUnmatchedPixels = 3.4;
 
   static TextSource OpenLanes(const Options& options) {
     if (options.lanes == "-" && options.trace == "-") {
@@ -154,10 +155,12 @@ class MatchRun {
     for (const LaneLine& trace : traces) traceLines.push_back(WithoutHeights(trace.points));
     using Shape = PictureLayer::Shape;
     MapPicture picture = outputs_.StartPicture(
-        traceLines, {{"lane", "line", "fill: none; stroke: #9fb4c4; stroke-width: 2.6", Shape::kLine},
-                     {"trace", "trace", "fill: none; stroke: #3d6fa5; stroke-width: 1", Shape::kLine},
-                     {"stroke", "match", "fill: none; stroke: #c8321e; stroke-width: 1.2", Shape::kLine},
-                     {"fix", "fix", "fill: #3d6fa5; stroke: none", Shape::kDot}});
+        traceLines,
+        {{"lane", "line", "fill: none; stroke: #9fb4c4; stroke-width: 2.6", Shape::kLine},
+         {"trace", "trace", "fill: none; stroke: #3d6fa5; stroke-width: 0.8", Shape::kLine},
+         {"fix", "fix", "fill: #3d6fa5; stroke: none", Shape::kDot},
+         {"unmatched", "no match", "fill: #ffffff; stroke: #8a4fa8; stroke-width: 1.4", Shape::kDot},
+         {"stroke", "match", "fill: none; stroke: #d1361f; stroke-width: 1.2", Shape::kLine}});
     for (const LaneLine& lane : lanes) {
       picture.AddLine(kLaneLayer, WithoutHeights(lane.points), {{"data-line", std::to_string(lane.index)}});
     }
@@ -178,7 +181,8 @@ class MatchRun {
       UnwrapLongitudes(stroke);
       picture.AddLine(kStrokeLayer, stroke, attributes);
     }
-    picture.AddDot(kFixLayer, trace.points[fix], match ? kFixPixels : 1.6 * kFixPixels, attributes);
+    picture.AddDot(match ? kFixLayer : kUnmatchedLayer, trace.points[fix],
+                   match ? kFixPixels : kUnmatchedPixels, attributes);
   }
 
   std::optional<double> MedianDistance() const {

@@ -109,10 +109,10 @@ Command AddOffsetCommand(CLI::App& program) {
   arguments
       ->add_option("--metres", options->metres,
                    "How far: metres, -100000 to 100000; a negative number moves to\n"
-                   "the other side (--metres=-2). Required")
+                   "the other side (--metres=-2)")
       ->type_name("METRES")
       ->required();
-  arguments->add_option("--side", options->side, "To which side of the line: left or right. Required")
+  arguments->add_option("--side", options->side, "To which side of the line: left or right")
       ->type_name("left|right")
       ->required();
   AddSelectionOption(*arguments, "--only", "LINE", options->only);

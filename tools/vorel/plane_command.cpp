@@ -131,7 +131,7 @@ Command AddPlaneCommand(CLI::App& program) {
   arguments
       ->add_option("--at", options->at,
                    "The place, in degrees: longitude, -360 to 360, and latitude, -90\n"
-                   "to 90, with a comma. Required")
+                   "to 90, with a comma")
       ->type_name("LON,LAT")
       ->required();
   AddLaneOutputOptions(*arguments, options->outputs, "");
