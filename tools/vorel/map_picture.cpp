@@ -11,7 +11,8 @@
 namespace vorel::tool {
 namespace {
 
-constexpr double kLeftPixels = 76.0;  // room for latitudes
+constexpr double kLeftPixels = 76.0;  // room for latitudes of up to four decimals
+constexpr double kLeftPixelsPerByte = 7.2;
 constexpr double kRightPixels = 28.0;
 constexpr double kTitlePixels = 48.0;
 constexpr double kSubtitlePixels = 19.0;  // each line
@@ -281,8 +282,12 @@ void MapPicture::Write(const std::string& title, const std::vector<std::string>&
                        OutputTarget& target) {
   const double width = projection_.width();
   const double height = projection_.height();
+  double left = kLeftPixels;
+  for (const Tick& tick : projection_.LatitudeTicks()) {
+    left = std::max(left, kLeftPixelsPerByte * static_cast<double>(tick.label.size()));
+  }
   const double top = kTitlePixels + kSubtitlePixels * static_cast<double>(subtitles.size());
-  const double pageWidth = kLeftPixels + width + kRightPixels;
+  const double pageWidth = left + width + kRightPixels;
   const double pageHeight = top + height + kFooterPixels;
 
   pugi::xml_document document;
@@ -307,15 +312,15 @@ void MapPicture::Write(const std::string& title, const std::vector<std::string>&
   clip.append_attribute("id").set_value("map-clip");
   AppendRectangle(clip, "clip", 0.0, 0.0, width, height);
   AppendRectangle(svg, "page", 0.0, 0.0, pageWidth, pageHeight);
-  AppendText(svg, "title", kLeftPixels, 32.0, nullptr, title);
+  AppendText(svg, "title", left, 32.0, nullptr, title);
   double baseline = 32.0;
   for (const std::string& subtitle : subtitles) {
     baseline += kSubtitlePixels;
-    AppendText(svg, "subtitle", kLeftPixels, baseline, nullptr, subtitle);
+    AppendText(svg, "subtitle", left, baseline, nullptr, subtitle);
   }
 
   pugi::xml_node map = AppendElement(svg, "g", "map");
-  SetAttribute(map, "transform", "translate(" + PixelText(kLeftPixels) + " " + PixelText(top) + ")");
+  SetAttribute(map, "transform", "translate(" + PixelText(left) + " " + PixelText(top) + ")");
   SetAttribute(map, "data-width", PixelText(width));
   SetAttribute(map, "data-height", PixelText(height));
   AppendRectangle(map, "land", 0.0, 0.0, width, height);
@@ -353,7 +358,7 @@ void MapPicture::Write(const std::string& title, const std::vector<std::string>&
 
   pugi::xml_node footer = AppendElement(svg, "g", "footer");
   SetAttribute(footer, "transform",
-               "translate(" + PixelText(kLeftPixels) + " " + PixelText(top + height + 52.0) + ")");
+               "translate(" + PixelText(left) + " " + PixelText(top + height + 52.0) + ")");
   AppendScaleBar(footer);
   pugi::xml_node legend = AppendElement(footer, "g", "legend");
   double right = width;
