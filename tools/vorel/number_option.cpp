@@ -35,13 +35,13 @@ double ParseNumber(const std::string& text, const std::string& option) {
 double ParsePositive(const std::string& text, const std::string& option, double most) {
   const double number = ParseNumber(text, option);
   if (number > 0.0 && number <= most) return number;
-  RefuseOption(option, text, "is not greater than 0 and at most " + ShortestNumber(most));
+  RefuseOption(option, text, "is not greater than 0 and at most " + FixedNumber(most, 0));
 }
 
 double ParseNotNegative(const std::string& text, const std::string& option, double most) {
   const double number = ParseNumber(text, option);
   if (number >= 0.0 && number <= most) return number;
-  RefuseOption(option, text, "is not between 0 and " + ShortestNumber(most));
+  RefuseOption(option, text, "is not between 0 and " + FixedNumber(most, 0));
 }
 
 int ParseWhole(const std::string& text, const std::string& option, int least) {

@@ -18,10 +18,10 @@ namespace vorel::tool {
 /// A finite number.
 double ParseNumber(const std::string& text, const std::string& option);
 
-/// A number in (0, most].
+/// A number in (0, most]; `most` is whole.
 double ParsePositive(const std::string& text, const std::string& option, double most);
 
-/// A number in [0, most].
+/// A number in [0, most]; `most` is whole.
 double ParseNotNegative(const std::string& text, const std::string& option, double most);
 
 /// A whole number in [least, 2147483647].
