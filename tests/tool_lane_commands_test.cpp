@@ -175,6 +175,25 @@ TEST(ToolMatch, WalkStaysOnItsLineAndScansWhereItEnds) {
   EXPECT_EQ(RowsOf({"match", file}, trace).at(1).properties.at("id"), "\"west\"");
 }
 
+TEST(ToolMatch, WalkLeavesALineThatIsOutOfRange) {
+  const TemporaryDirectory directory;
+  const std::string file = directory.Write("ways.json", kTwoWays);
+  const std::vector<FeatureRow> rows =
+      RowsOf({"match", file, "--walk"}, LineText("[[8.002,50],[8.003,50.001],[8.004,50]]"));
+  EXPECT_EQ(rows.at(1).properties.at("matched"), "false");
+  EXPECT_EQ(rows.at(2).properties.at("walked"), "false");
+}
+
+TEST(ToolMatch, WalkToTheVeryEndStaysOnTheLastSegment) {
+  const TemporaryDirectory directory;
+  const std::string file = directory.Write("lane.json", LineText("[[8,50,1],[8.01,50,2]]"));
+  const FeatureRow row = RowsOf({"match", file, "--walk"}, LineText("[[8.005,50],[8.01,50]]")).at(1);
+  EXPECT_EQ(row.properties.at("walked"), "true");
+  EXPECT_EQ(row.properties.at("segment"), "0");
+  EXPECT_EQ(row.Number("ratio"), 1.0);
+  EXPECT_EQ(row.points[0].z, 2.0f);
+}
+
 TEST(ToolMatch, AcceptAndFarSegmentsEndTheSearchEarly) {
   const TemporaryDirectory directory;
   // Out, a long way round, and back past the start, nearer to the fix.
@@ -196,6 +215,11 @@ TEST(ToolMatch, FollowsLinesAcrossTheAntimeridian) {
   EXPECT_NEAR(rows.at(0).Number("ratio"), 0.25, 1e-9);
   EXPECT_NEAR(rows.at(1).Number("ratio"), 0.75, 1e-9);
   EXPECT_NEAR(rows.at(1).points[0].longitude, -179.995, 1e-9);
+  // The other way round the trace lies a whole turn beside the line.
+  const std::vector<FeatureRow> back =
+      RowsOf({"match", file}, LineText("[[-179.995,10.00001],[179.995,10.00001]]"));
+  EXPECT_EQ(back.at(0).properties.at("matched"), "true");
+  EXPECT_NEAR(back.at(1).Number("ratio"), 0.25, 1e-9);
 }
 
 TEST(ToolMatch, SelectsByProperty) {
