@@ -27,6 +27,14 @@ Command AddBoundsCommand(CLI::App& program);
 /// @return 1 to 2147483647; throws `BadInput` for anything else
 int ParseWholeMetres(const std::string& text, const std::string& option);
 
+/// Reads a length in metres.
+/// @param zeroAllowed  whether 0 is a length too
+/// @return a finite number, greater than 0 or 0; throws `BadInput` for anything else
+double ParseMetres(const std::string& text, const std::string& option, bool zeroAllowed);
+
+/// Reads a whole number from `least` to `most`; throws `BadInput` for anything else.
+int ParseWholeNumber(const std::string& text, const std::string& option, int least, int most);
+
 /// One line on standard error for what a user may want to know about a run that went well.
 void PrintNote(const std::string& note);
 

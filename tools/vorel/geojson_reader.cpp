@@ -260,6 +260,40 @@ void VisitLines(const Geometry& geometry, std::vector<Point>& points, const std:
   }
 }
 
+/// The rings of one polygon at `path`, which are not none.
+void ReadRings(const array& rings, const Place& place, const std::string& polygonPath,
+               std::vector<Ring>& polygon) {
+  polygon.clear();
+  for (const element value : rings) {
+    const std::string path = Indexed(polygonPath, polygon.size());
+    array positions;
+    if (value.get(positions) != simdjson::SUCCESS) {
+      Refuse(place, path, ValueText(value) + " is not a ring (an array of positions)");
+    }
+    Ring& ring = polygon.emplace_back();
+    for (const element position : positions) ring.push_back(ReadPosition(position, place, path, ring.size()));
+    if (ring.size() < 4) {
+      Refuse(place, path, "a ring needs four positions or more, this one has " + std::to_string(ring.size()));
+    }
+    const bool turned =
+        std::fabs(ring.front().longitude - ring.back().longitude) == 360.0;  // one meridian, two names
+    if (ring.front().latitude != ring.back().latitude ||
+        !(turned || ring.front().longitude == ring.back().longitude)) {
+      Refuse(place, path, "the ring is not closed: its first and last position differ");
+    }
+    UnwrapLongitudes(ring);
+    if (ring.front().longitude != ring.back().longitude) {
+      Refuse(place, path, "the ring runs around a pole, which an area on a flat map cannot");
+    }
+    const GeoRect bounds = BoundsOf(ring);
+    if (!(bounds.min.longitude < bounds.max.longitude) || !(bounds.min.latitude < bounds.max.latitude)) {
+      Refuse(place, path,
+             "the ring encloses nothing (steps of more than 180 degrees are taken the short way round)");
+    }
+    ring.pop_back();
+  }
+}
+
 /// Takes note of the first problem that the slower parser finds, and where.
 class ProblemFinder : public nlohmann::json_sax<nlohmann::json> {
  public:
@@ -525,57 +559,82 @@ bool AppendPositions(const Geometry& geometry, std::vector<tarvo::GeoCoordinateZ
   return true;
 }
 
-std::vector<tarvo::GeoCoordinate> ReadSinglePolygon(TextSource& source) {
-  std::vector<tarvo::GeoCoordinate> ring;
+bool ForEachPoint(const Geometry& geometry,
+                  const std::function<void(const tarvo::GeoCoordinate&)>& consumer) {
+  const Place& place = geometry.place;
+  std::vector<tarvo::GeoCoordinate> points;
+  switch (geometry.type) {
+    case GeometryType::kPoint: {
+      const Position position =
+          CheckedPosition(geometry.coordinates, place, [] { return std::string("coordinates"); });
+      consumer({position.longitude, position.latitude});
+      return true;
+    }
+    case GeometryType::kMultiPoint: {
+      std::size_t index = 0;
+      for (const element position : geometry.coordinates) {
+        consumer(ReadPosition(position, place, "coordinates", index));
+        ++index;
+      }
+      return true;
+    }
+    case GeometryType::kLineString:
+    case GeometryType::kMultiLineString:
+      ForEachLine(geometry, points, [&] {
+        for (const tarvo::GeoCoordinate& point : points) consumer(point);
+      });
+      return true;
+    case GeometryType::kPolygon:
+    case GeometryType::kMultiPolygon:
+      break;
+  }
+  return false;
+}
+
+bool ForEachPolygon(const Geometry& geometry, const std::function<void(std::vector<Ring>&)>& consumer) {
+  std::vector<Ring> polygon;
+  if (geometry.type == GeometryType::kPolygon) {
+    ReadRings(geometry.coordinates, geometry.place, "coordinates", polygon);
+    consumer(polygon);
+    return true;
+  }
+  if (geometry.type != GeometryType::kMultiPolygon) return false;
+  std::size_t index = 0;
+  for (const element member : geometry.coordinates) {
+    const std::string path = Indexed("coordinates", index);
+    ++index;
+    array rings;
+    if (member.get(rings) != simdjson::SUCCESS) {
+      Refuse(geometry.place, path, ValueText(member) + " is not a polygon (an array of rings)");
+    }
+    if (rings.begin() == rings.end()) continue;
+    ReadRings(rings, geometry.place, path, polygon);
+    consumer(polygon);
+  }
+  return true;
+}
+
+Ring ReadSinglePolygon(TextSource& source) {
+  Ring ring;
   GeoJsonReader(source).ForEachGeometry([&](const Geometry& geometry) {
     const Place& place = geometry.place;
-    array rings = geometry.coordinates;
-    std::string path = "coordinates";
-    if (geometry.type == GeometryType::kMultiPolygon) {
+    const bool multiple = geometry.type == GeometryType::kMultiPolygon;
+    if (multiple && geometry.coordinates.size() > 1) {
+      Refuse(place, "",
+             "a MultiPolygon of " + std::to_string(geometry.coordinates.size()) +
+                 " polygons; an area is one polygon");
+    }
+    const bool polygonal = ForEachPolygon(geometry, [&](std::vector<Ring>& rings) {
+      if (!ring.empty()) Refuse(place, "", "a second polygon; an area is one polygon");
       if (rings.size() > 1) {
-        Refuse(place, "",
-               "a MultiPolygon of " + std::to_string(rings.size()) + " polygons; an area is one polygon");
+        Refuse(place, multiple ? "coordinates[0]" : "coordinates",
+               "a polygon with " + Counted(rings.size() - 1, "hole") + "; an area is one ring without holes");
       }
-      path = Indexed(path, 0);
-      const element polygon = *rings.begin();
-      if (polygon.get(rings) != simdjson::SUCCESS) {
-        Refuse(place, path, ValueText(polygon) + " is not a polygon (an array of rings)");
-      }
-      if (rings.begin() == rings.end()) return;
-    } else if (geometry.type != GeometryType::kPolygon) {
+      ring = std::move(rings[0]);
+    });
+    if (!polygonal) {
       Refuse(place, "", "a " + std::string(GeometryTypeName(geometry.type)) + "; an area is one polygon");
     }
-    if (!ring.empty()) Refuse(place, "", "a second polygon; an area is one polygon");
-    if (rings.size() > 1) {
-      Refuse(place, path,
-             "a polygon with " + Counted(rings.size() - 1, "hole") + "; an area is one ring without holes");
-    }
-    path = Indexed(path, 0);
-    const element outer = *rings.begin();
-    array positions;
-    if (outer.get(positions) != simdjson::SUCCESS) {
-      Refuse(place, path, ValueText(outer) + " is not a ring (an array of positions)");
-    }
-    for (const element position : positions) ring.push_back(ReadPosition(position, place, path, ring.size()));
-    if (ring.size() < 4) {
-      Refuse(place, path, "a ring needs four positions or more, this one has " + std::to_string(ring.size()));
-    }
-    const bool turned =
-        std::fabs(ring.front().longitude - ring.back().longitude) == 360.0;  // one meridian, two names
-    if (ring.front().latitude != ring.back().latitude ||
-        !(turned || ring.front().longitude == ring.back().longitude)) {
-      Refuse(place, path, "the ring is not closed: its first and last position differ");
-    }
-    UnwrapLongitudes(ring);
-    if (ring.front().longitude != ring.back().longitude) {
-      Refuse(place, path, "the ring runs around a pole, which an area on a flat map cannot");
-    }
-    const GeoRect bounds = BoundsOf(ring);
-    if (!(bounds.min.longitude < bounds.max.longitude) || !(bounds.min.latitude < bounds.max.latitude)) {
-      Refuse(place, path,
-             "the ring encloses nothing (steps of more than 180 degrees are taken the short way round)");
-    }
-    ring.pop_back();
   });
   if (ring.empty()) throw BadInput(source.name() + ": holds no polygon for the area");
   return ring;

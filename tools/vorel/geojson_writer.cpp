@@ -4,6 +4,11 @@
 #include "tools/vorel/view.h"
 
 namespace vorel::tool {
+namespace {
+
+constexpr std::size_t kWriteAtBytes = std::size_t{1} << 16;  // of one feature
+
+}  // namespace
 
 GeoJsonWriter::GeoJsonWriter(OutputTarget& target) : target_(target) {
   target_.Write("{\"type\":\"FeatureCollection\",\"features\":[");
@@ -17,6 +22,35 @@ void GeoJsonWriter::StartFeature(std::string_view geometryType) {
   line_ += "\",\"coordinates\":";
 }
 
+void GeoJsonWriter::AppendPosition(const tarvo::GeoCoordinate& position) {
+  line_ += '[';
+  line_ += ShortestNumber(FoldLongitude(position.longitude));
+  line_ += ',';
+  line_ += ShortestNumber(position.latitude);
+  line_ += ']';
+}
+
+void GeoJsonWriter::AppendPosition(const tarvo::GeoCoordinateZ& position) {
+  AppendPosition(static_cast<const tarvo::GeoCoordinate&>(position));
+  line_.back() = ',';
+  line_ += ShortestNumber(position.z);
+  line_ += ']';
+}
+
+template <class Point>
+void GeoJsonWriter::AppendPositions(const std::vector<Point>& points) {
+  char separator = '[';
+  for (const Point& point : points) {
+    line_ += separator;
+    separator = ',';
+    AppendPosition(point);
+    if (line_.size() < kWriteAtBytes) continue;
+    target_.Write(line_);
+    line_.clear();
+  }
+  line_ += ']';
+}
+
 void GeoJsonWriter::StartProperties() {
   line_ += "},\"properties\":{";
   firstProperty_ = true;
@@ -24,31 +58,14 @@ void GeoJsonWriter::StartProperties() {
 
 void GeoJsonWriter::StartPoint(const tarvo::GeoCoordinate& position) {
   StartFeature("Point");
-  line_ += '[';
-  line_ += ShortestNumber(FoldLongitude(position.longitude));
-  line_ += ',';
-  line_ += ShortestNumber(position.latitude);
-  line_ += ']';
+  AppendPosition(position);
   StartProperties();
 }
 
-void GeoJsonWriter::AppendPosition(const tarvo::GeoCoordinateZ& position) {
-  line_ += '[';
-  line_ += ShortestNumber(FoldLongitude(position.longitude));
-  line_ += ',';
-  line_ += ShortestNumber(position.latitude);
-  line_ += ',';
-  line_ += ShortestNumber(position.z);
-  line_ += ']';
-}
-
-void GeoJsonWriter::AppendPositions(const std::vector<tarvo::GeoCoordinateZ>& points) {
-  line_ += '[';
-  for (std::size_t i = 0; i < points.size(); ++i) {
-    if (i > 0) line_ += ',';
-    AppendPosition(points[i]);
-  }
-  line_ += ']';
+void GeoJsonWriter::StartLine(const std::vector<tarvo::GeoCoordinate>& points) {
+  StartFeature("LineString");
+  AppendPositions(points);
+  StartProperties();
 }
 
 void GeoJsonWriter::StartPoint(const tarvo::GeoCoordinateZ& position) {
@@ -86,6 +103,16 @@ void GeoJsonWriter::Property(std::string_view name, double value) {
 void GeoJsonWriter::Property(std::string_view name, std::size_t value) {
   StartProperty(name);
   line_ += std::to_string(value);
+}
+
+void GeoJsonWriter::Property(std::string_view name, int value) {
+  StartProperty(name);
+  line_ += std::to_string(value);
+}
+
+void GeoJsonWriter::Property(std::string_view name, bool value) {
+  StartProperty(name);
+  line_ += value ? "true" : "false";
 }
 
 void GeoJsonWriter::NullProperty(std::string_view name) {

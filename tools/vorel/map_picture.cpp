@@ -22,6 +22,11 @@ constexpr double kFarthestPixels = 1e5;   // where an arrow far outside of the m
 constexpr double kFullArrowPixels = 14.0;
 constexpr double kSmallestArrowPixels = 2.0;
 constexpr double kReadableArrowPixels = 8.0;
+constexpr double kLegendEntryPixels = 9.0;
+constexpr double kLegendCharacterPixels = 6.0;
+constexpr double kFullPointRadiusPixels = 3.6;
+constexpr double kSmallestPointRadiusPixels = 0.9;
+constexpr double kPointRadiusOfSpacing = 0.32;
 constexpr double kArrowOfSpacing = 0.65;
 constexpr double kRoomOfEnlargedArrow = 2.4;  // arrow lengths from one to the next
 
@@ -40,6 +45,8 @@ text { font-family: "DejaVu Sans", "Helvetica Neue", Arial, sans-serif; fill: #2
 .route, .legend-route { fill: none; stroke: #b3bcc4; stroke-width: 2.4; stroke-linejoin: round; stroke-linecap: round; }
 .piece, .legend-piece { fill: none; stroke: #4f93ce; stroke-width: 4.6; stroke-linejoin: round; stroke-linecap: round; }
 .arrow, .legend-arrow { fill: #b3361e; stroke: #ffffff; stroke-width: 1; stroke-linejoin: round; }
+.point, .legend-point { fill: #b3361e; stroke: #ffffff; stroke-width: 0.8; }
+.hollow, .legend-hollow { fill: #ffffff; stroke: #55656f; stroke-width: 1.2; }
 .small { fill: #ffffff; stroke: none; }
 .bar { fill: #2b3a45; stroke: #2b3a45; stroke-width: 1; }
 .bar-light { fill: #ffffff; stroke: #2b3a45; stroke-width: 1; }
@@ -110,6 +117,13 @@ std::string ArrowPath(double length) {
   return "M" + at(0.0, -0.55) + "L" + at(0.42, 0.45) + "L" + at(0.0, 0.22) + "L" + at(-0.42, 0.45) + "Z";
 }
 
+void AppendLegendDot(pugi::xml_node parent, const char* elementClass) {
+  pugi::xml_node node = AppendElement(parent, "circle", elementClass);
+  SetAttribute(node, "cx", "20");
+  SetAttribute(node, "cy", "0");
+  SetAttribute(node, "r", PixelText(kFullPointRadiusPixels));
+}
+
 /// Stands where a layer's elements go; replaced by the layer's text.
 std::string LayerMark(std::string_view name) {
   return "layer " + std::string(name);
@@ -117,14 +131,17 @@ std::string LayerMark(std::string_view name) {
 
 }  // namespace
 
-MapPicture::MapPicture(const GeoRect& view) : projection_(view), arrowPixels_(kFullArrowPixels) {}
+MapPicture::MapPicture(const GeoRect& view, MapLegend legend)
+    : projection_(view),
+      legend_(std::move(legend)),
+      pointRadiusPixels_(kFullPointRadiusPixels),
+      arrowPixels_(kFullArrowPixels) {}
 
 MapPicture::MapPicture(const GeoRect& view, std::vector<PictureLayer> layers)
-    : projection_(view),
-      layers_(std::move(layers)),
-      layerTexts_(layers_.size()),
-      showsView_(false),
-      arrowPixels_(kFullArrowPixels) {}
+    : MapPicture(view, MapLegend{"", "", "", "", "", "", ""}) {
+  layers_ = std::move(layers);
+  layerTexts_.resize(layers_.size());
+}
 
 /// Path data of `line` wherever the map shows it: more than once where the map is as wide as the earth.
 std::string MapPicture::PathText(const std::vector<tarvo::GeoCoordinate>& line, bool closed) const {
@@ -252,6 +269,36 @@ void MapPicture::AddArrow(const tarvo::GeoCoordinate& position, std::optional<do
   arrows_.Append(ToText(node) + "\n");
 }
 
+/// Where a position lies on the picture; of several turns the first one that shows it. Far beyond the map a drawing
+/// program's own number formats may overflow, so it is held within their reach.
+Pixel MapPicture::PixelInReach(const tarvo::GeoCoordinate& position) const {
+  std::vector<tarvo::GeoCoordinate> shifted = {position};
+  const std::vector<int> turns = TurnsIntoView({position, position}, projection_.Extent());
+  if (!turns.empty()) ShiftByTurns(shifted, turns.front());
+  const Pixel pixel = projection_.ToPixel(shifted.front());
+  return {std::clamp(pixel.x, -kFarthestPixels, kFarthestPixels),
+          std::clamp(pixel.y, -kFarthestPixels, kFarthestPixels)};
+}
+
+void MapPicture::SetPointSpacing(double metres) {
+  pointRadiusPixels_ = std::clamp(metres / projection_.metresPerPixel() * kPointRadiusOfSpacing,
+                                  kSmallestPointRadiusPixels, kFullPointRadiusPixels);
+}
+
+void MapPicture::AddPoint(const tarvo::GeoCoordinate& position, bool filled,
+                          const std::vector<std::pair<const char*, std::string>>& attributes) {
+  const Pixel pixel = PixelInReach(position);
+  pugi::xml_document fragment;
+  const bool small = pointRadiusPixels_ < kFullPointRadiusPixels / 2.0;
+  pugi::xml_node node = AppendElement(fragment, "circle", filled ? "point" : "hollow");
+  for (const auto& [name, value] : attributes) SetAttribute(node, name, value);
+  SetAttribute(node, "cx", PixelText(pixel.x));
+  SetAttribute(node, "cy", PixelText(pixel.y));
+  SetAttribute(node, "r", PixelText(pointRadiusPixels_));
+  if (small && filled) SetAttribute(node, "style", "stroke: none");
+  (filled ? points_ : hollowPoints_).Append(ToText(node) + "\n");
+}
+
 void MapPicture::AppendFrame(pugi::xml_node map) const {
   const double width = projection_.width();
   const double height = projection_.height();
@@ -330,7 +377,9 @@ void MapPicture::Write(const std::string& title, const std::vector<std::string>&
   const Pixel lowerRight = projection_.ToPixel({view.max.longitude, view.min.latitude});
   const double viewWidth = lowerRight.x - upperLeft.x;
   const double viewHeight = lowerRight.y - upperLeft.y;
-  if (showsView_) AppendRectangle(clipped, "view", upperLeft.x, upperLeft.y, viewWidth, viewHeight);
+  if (!legend_.view.empty()) {
+    AppendRectangle(clipped, "view", upperLeft.x, upperLeft.y, viewWidth, viewHeight);
+  }
   for (const Tick& tick : projection_.LongitudeTicks()) {
     AppendPathElement(clipped, "graticule", LinePath(tick.pixel, 0.0, tick.pixel, height));
   }
@@ -341,15 +390,13 @@ void MapPicture::Write(const std::string& title, const std::vector<std::string>&
     AppendElement(clipped, "g", name).append_child(pugi::node_comment).set_value(LayerMark(name).c_str());
   };
   std::vector<std::pair<std::string, Spool*>> texts = {
-      {"areas", &areas_}, {"routes", &routes_}, {"pieces", &pieces_}, {"arrows", &arrows_}};
-  if (!showsView_) {
-    texts.clear();
-    for (std::size_t i = 0; i < layers_.size(); ++i) {
-      texts.emplace_back(layers_[i].elementClass + "-layer", &layerTexts_[i]);
-    }
+      {"areas", &areas_},   {"routes", &routes_}, {"pieces", &pieces_}, {"hollow-points", &hollowPoints_},
+      {"points", &points_}, {"arrows", &arrows_}};
+  for (std::size_t i = 0; i < layers_.size(); ++i) {
+    texts.emplace_back(layers_[i].elementClass + "-layer", &layerTexts_[i]);
   }
   for (const auto& [name, text] : texts) {
-    if (text == &arrows_) {
+    if (text == &hollowPoints_ && !legend_.view.empty()) {
       AppendRectangle(clipped, "view-border", upperLeft.x, upperLeft.y, viewWidth, viewHeight);
     }
     appendLayer(name.c_str());
@@ -362,8 +409,9 @@ void MapPicture::Write(const std::string& title, const std::vector<std::string>&
   AppendScaleBar(footer);
   pugi::xml_node legend = AppendElement(footer, "g", "legend");
   double right = width;
-  const auto appendEntry = [&](const char* label, double labelPixels, const auto& appendSample) {
-    right -= labelPixels;
+  const auto appendEntry = [&](const std::string& label, const auto& appendSample) {
+    if (label.empty()) return;
+    right -= kLegendEntryPixels + kLegendCharacterPixels * static_cast<double>(label.size());
     AppendText(legend, "legend", right, 6.0, nullptr, label);
     right -= 34.0;
     pugi::xml_node sample = legend.append_child("g");
@@ -372,31 +420,9 @@ void MapPicture::Write(const std::string& title, const std::vector<std::string>&
     right -= 18.0;
   };
   // Samples carry their own class names: a reader that counts routes, pieces or arrows must not meet them here.
-  if (showsView_) {
-    appendEntry("symbol", 46.0, [](pugi::xml_node sample) {
-      pugi::xml_node arrow = AppendElement(sample, "path", "legend-arrow");
-      SetAttribute(arrow, "transform", "translate(18 0) rotate(90)");
-      SetAttribute(arrow, "d", ArrowPath(kFullArrowPixels));
-    });
-    appendEntry("piece in view", 84.0, [](pugi::xml_node sample) {
-      AppendPathElement(sample, "legend-piece", LinePath(2.0, 0.0, 27.0, 0.0));
-    });
-    appendEntry("route", 36.0, [](pugi::xml_node sample) {
-      AppendPathElement(sample, "legend-route", LinePath(2.0, 0.0, 27.0, 0.0));
-    });
-    appendEntry("view", 32.0,
-                [](pugi::xml_node sample) { AppendRectangle(sample, "view-border", 2.0, -7.0, 25.0, 14.0); });
-    if (areas_.sizeBytes() > 0) {
-      appendEntry("area", 32.0, [](pugi::xml_node sample) {
-        AppendRectangle(sample, "legend-area", 2.0, -7.0, 25.0, 14.0);
-      });
-    }
-  }
-  constexpr double kLegendCharacterPixels = 6.7;
   for (auto layer = layers_.rbegin(); layer != layers_.rend(); ++layer) {
     const std::string sampleClass = "legend-" + layer->elementClass;
-    const double labelPixels = kLegendCharacterPixels * static_cast<double>(layer->legend.size()) + 2.0;
-    appendEntry(layer->legend.c_str(), labelPixels, [&](pugi::xml_node sample) {
+    appendEntry(layer->legend, [&](pugi::xml_node sample) {
       if (layer->shape == PictureLayer::Shape::kArea) {
         AppendRectangle(sample, sampleClass.c_str(), 2.0, -7.0, 25.0, 14.0);
       } else if (layer->shape == PictureLayer::Shape::kLine) {
@@ -407,6 +433,25 @@ void MapPicture::Write(const std::string& title, const std::vector<std::string>&
         SetAttribute(dot, "r", PixelText(3.0));
       }
     });
+  }
+  appendEntry(legend_.hollowPoint, [](pugi::xml_node sample) { AppendLegendDot(sample, "legend-hollow"); });
+  appendEntry(legend_.point, [](pugi::xml_node sample) { AppendLegendDot(sample, "legend-point"); });
+  appendEntry(legend_.arrow, [](pugi::xml_node sample) {
+    pugi::xml_node arrow = AppendElement(sample, "path", "legend-arrow");
+    SetAttribute(arrow, "transform", "translate(18 0) rotate(90)");
+    SetAttribute(arrow, "d", ArrowPath(kFullArrowPixels));
+  });
+  appendEntry(legend_.piece, [](pugi::xml_node sample) {
+    AppendPathElement(sample, "legend-piece", LinePath(2.0, 0.0, 27.0, 0.0));
+  });
+  appendEntry(legend_.route, [](pugi::xml_node sample) {
+    AppendPathElement(sample, "legend-route", LinePath(2.0, 0.0, 27.0, 0.0));
+  });
+  appendEntry(legend_.view,
+              [](pugi::xml_node sample) { AppendRectangle(sample, "view-border", 2.0, -7.0, 25.0, 14.0); });
+  if (areas_.sizeBytes() > 0) {
+    appendEntry(legend_.area,
+                [](pugi::xml_node sample) { AppendRectangle(sample, "legend-area", 2.0, -7.0, 25.0, 14.0); });
   }
 
   std::string text;

@@ -27,6 +27,17 @@ struct PictureLayer {
   Shape shape = Shape::kLine;
 };
 
+/// What the legend calls the things on a map. Those with an empty name are left out of it.
+struct MapLegend {
+  std::string view = "view";  ///< empty: the view is only what the map is laid out for, and is not drawn
+  std::string route = "route";
+  std::string piece = "piece in view";
+  std::string arrow = "symbol";
+  std::string area = "area";  ///< left out too where there is no area
+  std::string point;          ///< filled dots
+  std::string hollowPoint;
+};
+
 /// The picture of a map as SVG: what lies under the view and around it, with frame, graticule, scale bar and title.
 ///
 /// Every element that stands for something on the map carries a class (area, route, piece, arrow, view) and data-
@@ -35,7 +46,7 @@ struct PictureLayer {
 /// not grow with the number of elements.
 class MapPicture {
  public:
-  explicit MapPicture(const GeoRect& view);
+  explicit MapPicture(const GeoRect& view, MapLegend legend = {});
 
   /// A picture made of the given layers alone, in this order from below; `view` is not outlined.
   MapPicture(const GeoRect& view, std::vector<PictureLayer> layers);
@@ -69,6 +80,14 @@ class MapPicture {
   void AddArrow(const tarvo::GeoCoordinate& position, std::optional<double> headingDegrees,
                 std::size_t routeIndex, std::size_t pieceIndex, double metresFromPieceStart);
 
+  /// How far apart the points that follow stand along their line: dots shrink, to a limit, before they overlap.
+  void SetPointSpacing(double metres);
+
+  /// A dot; hollow ones lie under the filled ones. Always one element, also outside of the map.
+  /// @param attributes  such as {"data-point", "12"}
+  void AddPoint(const tarvo::GeoCoordinate& position, bool filled,
+                const std::vector<std::pair<const char*, std::string>>& attributes);
+
   std::size_t arrowsOutside() const { return arrowsOutside_; }
 
   /// What a reader must know about the arrows' size; empty when all have full size.
@@ -84,17 +103,21 @@ class MapPicture {
   std::string PathText(const std::vector<tarvo::GeoCoordinate>& line, bool closed) const;
   void AddPath(Spool& layer, const char* elementClass, const std::string& path,
                const std::vector<std::pair<const char*, std::string>>& attributes);
+  Pixel PixelInReach(const tarvo::GeoCoordinate& position) const;
   void AppendFrame(pugi::xml_node svg) const;
   void AppendScaleBar(pugi::xml_node svg) const;
 
   MapProjection projection_;
+  MapLegend legend_;
   Spool areas_;
   Spool routes_;
   Spool pieces_;
+  Spool hollowPoints_;
+  Spool points_;
   Spool arrows_;
+  double pointRadiusPixels_;
   std::vector<PictureLayer> layers_;
   std::vector<Spool> layerTexts_;  // one for each of `layers_`
-  bool showsView_ = true;          // with routes, pieces and arrows; else `layers_`
   double arrowPixels_;
   bool enlargesSome_ = false;
   std::optional<Pixel> lastEnlarged_;

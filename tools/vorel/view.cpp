@@ -131,6 +131,12 @@ std::vector<int> TurnsIntoView(const GeoRect& bounds, const GeoRect& view) {
   return turns;
 }
 
+std::vector<int> TurnsAlongLine(const std::vector<tarvo::GeoCoordinate>& line, const GeoRect& view) {
+  std::vector<int> turns = TurnsIntoView(BoundsOf(line), view);
+  if (line.front().longitude < line.back().longitude) std::reverse(turns.begin(), turns.end());
+  return turns;
+}
+
 void ShiftByTurns(std::vector<tarvo::GeoCoordinate>& points, int turns) {
   if (turns == 0) return;
   for (tarvo::GeoCoordinate& point : points) point.longitude += kTurnDegrees * turns;
@@ -159,9 +165,13 @@ void BoundsCollector::Add(const std::vector<tarvo::GeoCoordinate>& unwrappedPoin
 }
 
 GeoRect BoundsCollector::Whole() const {
-  GeoRect bounds = bounds_;
-  bounds.max.longitude = std::min(bounds.max.longitude, bounds.min.longitude + kTurnDegrees);
-  return StartWithinOneTurn(bounds);
+  GeoRect whole = bounds_;
+  if (whole.max.longitude - whole.min.longitude > kTurnDegrees) {
+    const double centre = (whole.min.longitude + whole.max.longitude) / 2.0;
+    whole.min.longitude = centre - kTurnDegrees / 2.0;
+    whole.max.longitude = centre + kTurnDegrees / 2.0;
+  }
+  return StartWithinOneTurn(whole);
 }
 
 GeoRect BoundsCollector::HalvedAboutCentre() const {

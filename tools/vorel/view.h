@@ -39,6 +39,10 @@ GeoRect BoundsOf(const std::vector<tarvo::GeoCoordinate>& points);
 /// a meridian with `view` (which may be any rectangle of the strip). Usually one or none.
 std::vector<int> TurnsIntoView(const GeoRect& bounds, const GeoRect& view);
 
+/// The same turns for a line (longitudes unwrapped, not empty), in the direction in which it ends: what lies farther
+/// east comes into the view with a smaller shift.
+std::vector<int> TurnsAlongLine(const std::vector<tarvo::GeoCoordinate>& line, const GeoRect& view);
+
 /// `points` shifted by whole turns. Nothing changes, to the bit, for 0 turns.
 void ShiftByTurns(std::vector<tarvo::GeoCoordinate>& points, int turns);
 
@@ -53,7 +57,7 @@ class BoundsCollector {
 
   bool empty() const { return empty_; }
 
-  /// The rectangle of everything added, which must be something; width at most 360 degrees.
+  /// The rectangle of everything added; of something wider than the earth 360 degrees about its centre.
   GeoRect Whole() const;
 
   /// The rectangle of everything added, halved about its centre; width at most 360 degrees.
