@@ -15,6 +15,12 @@ struct Command {
 
 /// Each command lives in a file of its own, <name>_command.cpp, and is listed in main.cpp.
 Command AddSymbolsCommand(CLI::App& program);
+Command AddMatchCommand(CLI::App& program);
+Command AddOffsetCommand(CLI::App& program);
+Command AddArrowCommand(CLI::App& program);
+Command AddCutCommand(CLI::App& program);
+Command AddPlaneCommand(CLI::App& program);
+Command AddBoundsCommand(CLI::App& program);
 
 /// Reads a whole number of metres.
 /// @param option  how the user calls it; used in messages

@@ -34,6 +34,7 @@ struct Geometry {
   GeometryType type;
   simdjson::dom::array coordinates;
   const Place& place;
+  const simdjson::dom::object* feature = nullptr;  ///< that it belongs to; null for a bare geometry
 };
 
 /// "LineString" for `kLineString`.
@@ -100,6 +101,15 @@ void ReadLinePoints(const simdjson::dom::array& coordinates, const Place& place,
 /// A line with empty `coordinates` is passed over. `points` is the buffer that is used for all.
 void ForEachLine(const Geometry& geometry, std::vector<tarvo::GeoCoordinate>& points,
                  const std::function<void()>& consumer);
+
+/// The same with heights: the third number of a position, in metres, 0 where it is missing. One beyond the range of a
+/// float is refused.
+void ForEachLine(const Geometry& geometry, std::vector<tarvo::GeoCoordinateZ>& points,
+                 const std::function<void()>& consumer);
+
+/// Appends the positions, with heights, of a Point, a MultiPoint or a LineString.
+/// @return false for other types, with nothing appended
+bool AppendPositions(const Geometry& geometry, std::vector<tarvo::GeoCoordinateZ>& points);
 
 /// Calls `consumer` with each position of a Point or MultiPoint and each vertex of a LineString or MultiLineString, in
 /// order. Returns false, without any call, for polygons.

@@ -30,6 +30,27 @@ void GeoJsonWriter::AppendPosition(const tarvo::GeoCoordinate& position) {
   line_ += ']';
 }
 
+void GeoJsonWriter::AppendPosition(const tarvo::GeoCoordinateZ& position) {
+  AppendPosition(static_cast<const tarvo::GeoCoordinate&>(position));
+  line_.back() = ',';
+  line_ += ShortestNumber(position.z);
+  line_ += ']';
+}
+
+template <class Point>
+void GeoJsonWriter::AppendPositions(const std::vector<Point>& points) {
+  char separator = '[';
+  for (const Point& point : points) {
+    line_ += separator;
+    separator = ',';
+    AppendPosition(point);
+    if (line_.size() < kWriteAtBytes) continue;
+    target_.Write(line_);
+    line_.clear();
+  }
+  line_ += ']';
+}
+
 void GeoJsonWriter::StartProperties() {
   line_ += "},\"properties\":{";
   firstProperty_ = true;
@@ -43,15 +64,26 @@ void GeoJsonWriter::StartPoint(const tarvo::GeoCoordinate& position) {
 
 void GeoJsonWriter::StartLine(const std::vector<tarvo::GeoCoordinate>& points) {
   StartFeature("LineString");
-  char separator = '[';
-  for (const tarvo::GeoCoordinate& point : points) {
-    line_ += separator;
-    separator = ',';
-    AppendPosition(point);
-    if (line_.size() < kWriteAtBytes) continue;
-    target_.Write(line_);
-    line_.clear();
-  }
+  AppendPositions(points);
+  StartProperties();
+}
+
+void GeoJsonWriter::StartPoint(const tarvo::GeoCoordinateZ& position) {
+  StartFeature("Point");
+  AppendPosition(position);
+  StartProperties();
+}
+
+void GeoJsonWriter::StartLine(const std::vector<tarvo::GeoCoordinateZ>& points) {
+  StartFeature("LineString");
+  AppendPositions(points);
+  StartProperties();
+}
+
+void GeoJsonWriter::StartPolygon(const std::vector<tarvo::GeoCoordinateZ>& ring) {
+  StartFeature("Polygon");
+  line_ += '[';
+  AppendPositions(ring);
   line_ += ']';
   StartProperties();
 }
@@ -88,13 +120,21 @@ void GeoJsonWriter::NullProperty(std::string_view name) {
   line_ += "null";
 }
 
+void GeoJsonWriter::JsonProperty(std::string_view name, std::string_view json) {
+  StartProperty(name);
+  line_ += json;
+}
+
 void GeoJsonWriter::EndFeature() {
   line_ += "}}";
   target_.Write(line_);
 }
 
-void GeoJsonWriter::Finish() {
-  target_.Write("\n]}\n");
+void GeoJsonWriter::Finish(std::string_view members) {
+  target_.Write("\n]");
+  if (!members.empty()) target_.Write(",");
+  target_.Write(members);
+  target_.Write("}\n");
   target_.Finish();
 }
 

@@ -83,7 +83,12 @@ int RunProgram(int argc, char** argv) {
 
   program.require_subcommand(0, 1);
 
-  const std::vector<Command> commands = {vorel::tool::AddSymbolsCommand(program)};
+  const std::vector<Command> commands = {
+      vorel::tool::AddSymbolsCommand(program), vorel::tool::AddMatchCommand(program),
+      vorel::tool::AddOffsetCommand(program),  vorel::tool::AddArrowCommand(program),
+      vorel::tool::AddCutCommand(program),     vorel::tool::AddPlaneCommand(program),
+      vorel::tool::AddBoundsCommand(program),
+  };
   try {
     program.parse(argc, argv);
   } catch (const CLI::CallForVersion&) {

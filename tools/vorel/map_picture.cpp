@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <string_view>
+#include <utility>
 
 #include "tools/vorel/map_clipping.h"
 #include "tools/vorel/plain_text.h"
@@ -10,7 +11,8 @@
 namespace vorel::tool {
 namespace {
 
-constexpr double kLeftPixels = 76.0;  // room for latitudes
+constexpr double kLeftPixels = 76.0;  // room for latitudes of up to four decimals
+constexpr double kLeftPixelsPerByte = 7.2;
 constexpr double kRightPixels = 28.0;
 constexpr double kTitlePixels = 48.0;
 constexpr double kSubtitlePixels = 19.0;  // each line
@@ -135,6 +137,12 @@ MapPicture::MapPicture(const GeoRect& view, MapLegend legend)
       pointRadiusPixels_(kFullPointRadiusPixels),
       arrowPixels_(kFullArrowPixels) {}
 
+MapPicture::MapPicture(const GeoRect& view, std::vector<PictureLayer> layers)
+    : MapPicture(view, MapLegend{"", "", "", "", "", "", ""}) {
+  layers_ = std::move(layers);
+  layerTexts_.resize(layers_.size());
+}
+
 /// Path data of `line` wherever the map shows it: more than once where the map is as wide as the earth.
 std::string MapPicture::PathText(const std::vector<tarvo::GeoCoordinate>& line, bool closed) const {
   const PixelBox box{-kOverlapPixels, -kOverlapPixels, projection_.width() + kOverlapPixels,
@@ -159,6 +167,33 @@ void MapPicture::AddPath(Spool& layer, const char* elementClass, const std::stri
   for (const auto& [name, value] : attributes) SetAttribute(node, name, value);
   SetAttribute(node, "d", path);
   layer.Append(ToText(node) + "\n");
+}
+
+void MapPicture::AddLine(std::size_t layer, const std::vector<tarvo::GeoCoordinate>& line,
+                         const Attributes& attributes) {
+  const std::string path = PathText(line, false);
+  if (!path.empty()) AddPath(layerTexts_[layer], layers_[layer].elementClass.c_str(), path, attributes);
+}
+
+void MapPicture::AddRing(std::size_t layer, const std::vector<tarvo::GeoCoordinate>& ring,
+                         const Attributes& attributes) {
+  const std::string path = PathText(ring, true);
+  if (!path.empty()) AddPath(layerTexts_[layer], layers_[layer].elementClass.c_str(), path, attributes);
+}
+
+void MapPicture::AddDot(std::size_t layer, const tarvo::GeoCoordinate& position, double radiusPixels,
+                        const Attributes& attributes) {
+  for (const int turns : TurnsIntoView({position, position}, projection_.Extent())) {
+    const Pixel pixel = projection_.ToPixel({position.longitude + 360.0 * turns, position.latitude});
+    if (pixel.y < 0.0 || pixel.y > projection_.height()) continue;
+    pugi::xml_document fragment;
+    pugi::xml_node node = AppendElement(fragment, "circle", layers_[layer].elementClass.c_str());
+    for (const auto& [name, value] : attributes) SetAttribute(node, name, value);
+    SetAttribute(node, "cx", PixelText(pixel.x));
+    SetAttribute(node, "cy", PixelText(pixel.y));
+    SetAttribute(node, "r", PixelText(radiusPixels));
+    layerTexts_[layer].Append(ToText(node) + "\n");
+  }
 }
 
 void MapPicture::AddArea(const std::vector<tarvo::GeoCoordinate>& ring) {
@@ -294,8 +329,12 @@ void MapPicture::Write(const std::string& title, const std::vector<std::string>&
                        OutputTarget& target) {
   const double width = projection_.width();
   const double height = projection_.height();
+  double left = kLeftPixels;
+  for (const Tick& tick : projection_.LatitudeTicks()) {
+    left = std::max(left, kLeftPixelsPerByte * static_cast<double>(tick.label.size()));
+  }
   const double top = kTitlePixels + kSubtitlePixels * static_cast<double>(subtitles.size());
-  const double pageWidth = kLeftPixels + width + kRightPixels;
+  const double pageWidth = left + width + kRightPixels;
   const double pageHeight = top + height + kFooterPixels;
 
   pugi::xml_document document;
@@ -311,20 +350,24 @@ void MapPicture::Write(const std::string& title, const std::vector<std::string>&
                ShortestNumber(extent.min.longitude) + "," + ShortestNumber(extent.min.latitude) + "," +
                    ShortestNumber(extent.max.longitude) + "," + ShortestNumber(extent.max.latitude));
   svg.append_child("title").text().set(XmlCharacters(title).c_str());
-  svg.append_child("style").text().set(kStyle);
+  std::string style = kStyle;
+  for (const PictureLayer& layer : layers_) {
+    style += "." + layer.elementClass + ", .legend-" + layer.elementClass + " { " + layer.style + " }\n";
+  }
+  svg.append_child("style").text().set(style.c_str());
   pugi::xml_node clip = svg.append_child("defs").append_child("clipPath");
   clip.append_attribute("id").set_value("map-clip");
   AppendRectangle(clip, "clip", 0.0, 0.0, width, height);
   AppendRectangle(svg, "page", 0.0, 0.0, pageWidth, pageHeight);
-  AppendText(svg, "title", kLeftPixels, 32.0, nullptr, title);
+  AppendText(svg, "title", left, 32.0, nullptr, title);
   double baseline = 32.0;
   for (const std::string& subtitle : subtitles) {
     baseline += kSubtitlePixels;
-    AppendText(svg, "subtitle", kLeftPixels, baseline, nullptr, subtitle);
+    AppendText(svg, "subtitle", left, baseline, nullptr, subtitle);
   }
 
   pugi::xml_node map = AppendElement(svg, "g", "map");
-  SetAttribute(map, "transform", "translate(" + PixelText(kLeftPixels) + " " + PixelText(top) + ")");
+  SetAttribute(map, "transform", "translate(" + PixelText(left) + " " + PixelText(top) + ")");
   SetAttribute(map, "data-width", PixelText(width));
   SetAttribute(map, "data-height", PixelText(height));
   AppendRectangle(map, "land", 0.0, 0.0, width, height);
@@ -346,20 +389,23 @@ void MapPicture::Write(const std::string& title, const std::vector<std::string>&
   const auto appendLayer = [&](const char* name) {
     AppendElement(clipped, "g", name).append_child(pugi::node_comment).set_value(LayerMark(name).c_str());
   };
-  appendLayer("areas");
-  appendLayer("routes");
-  appendLayer("pieces");
-  if (!legend_.view.empty()) {
-    AppendRectangle(clipped, "view-border", upperLeft.x, upperLeft.y, viewWidth, viewHeight);
+  std::vector<std::pair<std::string, Spool*>> texts = {
+      {"areas", &areas_},   {"routes", &routes_}, {"pieces", &pieces_}, {"hollow-points", &hollowPoints_},
+      {"points", &points_}, {"arrows", &arrows_}};
+  for (std::size_t i = 0; i < layers_.size(); ++i) {
+    texts.emplace_back(layers_[i].elementClass + "-layer", &layerTexts_[i]);
   }
-  appendLayer("hollow-points");
-  appendLayer("points");
-  appendLayer("arrows");
+  for (const auto& [name, text] : texts) {
+    if (text == &hollowPoints_ && !legend_.view.empty()) {
+      AppendRectangle(clipped, "view-border", upperLeft.x, upperLeft.y, viewWidth, viewHeight);
+    }
+    appendLayer(name.c_str());
+  }
   AppendFrame(map);
 
   pugi::xml_node footer = AppendElement(svg, "g", "footer");
   SetAttribute(footer, "transform",
-               "translate(" + PixelText(kLeftPixels) + " " + PixelText(top + height + 52.0) + ")");
+               "translate(" + PixelText(left) + " " + PixelText(top + height + 52.0) + ")");
   AppendScaleBar(footer);
   pugi::xml_node legend = AppendElement(footer, "g", "legend");
   double right = width;
@@ -374,6 +420,20 @@ void MapPicture::Write(const std::string& title, const std::vector<std::string>&
     right -= 18.0;
   };
   // Samples carry their own class names: a reader that counts routes, pieces or arrows must not meet them here.
+  for (auto layer = layers_.rbegin(); layer != layers_.rend(); ++layer) {
+    const std::string sampleClass = "legend-" + layer->elementClass;
+    appendEntry(layer->legend, [&](pugi::xml_node sample) {
+      if (layer->shape == PictureLayer::Shape::kArea) {
+        AppendRectangle(sample, sampleClass.c_str(), 2.0, -7.0, 25.0, 14.0);
+      } else if (layer->shape == PictureLayer::Shape::kLine) {
+        AppendPathElement(sample, sampleClass.c_str(), LinePath(2.0, 0.0, 27.0, 0.0));
+      } else {
+        pugi::xml_node dot = AppendElement(sample, "circle", sampleClass.c_str());
+        SetAttribute(dot, "cx", PixelText(20.0));
+        SetAttribute(dot, "r", PixelText(3.0));
+      }
+    });
+  }
   appendEntry(legend_.hollowPoint, [](pugi::xml_node sample) { AppendLegendDot(sample, "legend-hollow"); });
   appendEntry(legend_.point, [](pugi::xml_node sample) { AppendLegendDot(sample, "legend-point"); });
   appendEntry(legend_.arrow, [](pugi::xml_node sample) {
@@ -398,10 +458,7 @@ void MapPicture::Write(const std::string& title, const std::vector<std::string>&
   FragmentWriter writer(text);
   document.save(writer, " ", pugi::format_indent);
   std::string_view rest = text;
-  const std::pair<const char*, Spool*> layers[] = {{"areas", &areas_},   {"routes", &routes_},
-                                                   {"pieces", &pieces_}, {"hollow-points", &hollowPoints_},
-                                                   {"points", &points_}, {"arrows", &arrows_}};
-  for (const auto& [name, layer] : layers) {
+  for (const auto& [name, layer] : texts) {
     const std::string mark = "<!--" + LayerMark(name) + "-->";
     const std::size_t at = rest.find(mark);
     target.Write(rest.substr(0, at));

@@ -17,6 +17,16 @@
 
 namespace vorel::tool {
 
+/// One kind of element of a picture, with a style and an entry in the legend.
+struct PictureLayer {
+  enum class Shape { kLine, kArea, kDot };
+
+  std::string elementClass;  ///< plain ASCII letters
+  std::string legend;        ///< one or two words
+  std::string style;         ///< CSS declarations
+  Shape shape = Shape::kLine;
+};
+
 /// What the legend calls the things on a map. Those with an empty name are left out of it.
 struct MapLegend {
   std::string view = "view";  ///< empty: the view is only what the map is laid out for, and is not drawn
@@ -37,6 +47,18 @@ struct MapLegend {
 class MapPicture {
  public:
   explicit MapPicture(const GeoRect& view, MapLegend legend = {});
+
+  /// A picture made of the given layers alone, in this order from below; `view` is not outlined.
+  MapPicture(const GeoRect& view, std::vector<PictureLayer> layers);
+
+  /// Adds to the layer number `layer` what the map shows of it; `attributes` are names such as "data-line" with values.
+  using Attributes = std::vector<std::pair<const char*, std::string>>;
+  void AddLine(std::size_t layer, const std::vector<tarvo::GeoCoordinate>& line,
+               const Attributes& attributes);
+  void AddRing(std::size_t layer, const std::vector<tarvo::GeoCoordinate>& ring,
+               const Attributes& attributes);
+  void AddDot(std::size_t layer, const tarvo::GeoCoordinate& position, double radiusPixels,
+              const Attributes& attributes);
 
   const MapProjection& projection() const { return projection_; }
 
@@ -94,6 +116,8 @@ class MapPicture {
   Spool points_;
   Spool arrows_;
   double pointRadiusPixels_;
+  std::vector<PictureLayer> layers_;
+  std::vector<Spool> layerTexts_;  // one for each of `layers_`
   double arrowPixels_;
   bool enlargesSome_ = false;
   std::optional<Pixel> lastEnlarged_;

@@ -25,6 +25,23 @@ GeoRect StartWithinOneTurn(GeoRect view) {
   return view;
 }
 
+template <class Point>
+void Unwrap(std::vector<Point>& points) {
+  double shift = 0.0;
+  for (std::size_t i = 1; i < points.size(); ++i) {
+    double longitude = points[i].longitude + shift;
+    while (longitude - points[i - 1].longitude > 180.0) {
+      shift -= kTurnDegrees;
+      longitude = points[i].longitude + shift;
+    }
+    while (points[i - 1].longitude - longitude > 180.0) {
+      shift += kTurnDegrees;
+      longitude = points[i].longitude + shift;
+    }
+    points[i].longitude = longitude;
+  }
+}
+
 }  // namespace
 
 GeoRect ParseView(const std::string& text, const std::string& option) {
@@ -78,19 +95,11 @@ std::string ViewText(const GeoRect& view) {
 }
 
 void UnwrapLongitudes(std::vector<tarvo::GeoCoordinate>& points) {
-  double shift = 0.0;
-  for (std::size_t i = 1; i < points.size(); ++i) {
-    double longitude = points[i].longitude + shift;
-    while (longitude - points[i - 1].longitude > 180.0) {
-      shift -= kTurnDegrees;
-      longitude = points[i].longitude + shift;
-    }
-    while (points[i - 1].longitude - longitude > 180.0) {
-      shift += kTurnDegrees;
-      longitude = points[i].longitude + shift;
-    }
-    points[i].longitude = longitude;
-  }
+  Unwrap(points);
+}
+
+void UnwrapLongitudes(std::vector<tarvo::GeoCoordinateZ>& points) {
+  Unwrap(points);
 }
 
 GeoRect BoundsOf(const std::vector<tarvo::GeoCoordinate>& points) {

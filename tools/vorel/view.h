@@ -30,6 +30,7 @@ std::string ViewText(const GeoRect& view);
 /// The first point stays; so does, to the bit, every line without a step across the antimeridian. A step of exactly
 /// 180 degrees stays as it is.
 void UnwrapLongitudes(std::vector<tarvo::GeoCoordinate>& points);
+void UnwrapLongitudes(std::vector<tarvo::GeoCoordinateZ>& points);
 
 /// The rectangle of one or more points.
 GeoRect BoundsOf(const std::vector<tarvo::GeoCoordinate>& points);
