@@ -39,7 +39,7 @@ text { font-family: "DejaVu Sans", "Helvetica Neue", Arial, sans-serif; fill: #2
 .graticule { fill: none; stroke: #dcd9d0; stroke-width: 0.8; }
 .view { fill: #fffefa; stroke: none; }
 .view-border { fill: none; stroke: #7b8a94; stroke-width: 1.2; stroke-dasharray: 6 4; }
-.area, .legend-area { fill: #d9e6cf; fill-opacity: 0.75; stroke: #8fae78; stroke-width: 1.2; }
+.area, .legend-area { fill: #d9e6cf; fill-opacity: 0.75; fill-rule: evenodd; stroke: #8fae78; stroke-width: 1.2; }
 .route, .legend-route { fill: none; stroke: #b3bcc4; stroke-width: 2.4; stroke-linejoin: round; stroke-linecap: round; }
 .piece, .legend-piece { fill: none; stroke: #4f93ce; stroke-width: 4.6; stroke-linejoin: round; stroke-linecap: round; }
 .arrow, .legend-arrow { fill: #b3361e; stroke: #ffffff; stroke-width: 1; stroke-linejoin: round; }
@@ -162,7 +162,12 @@ void MapPicture::AddPath(Spool& layer, const char* elementClass, const std::stri
 }
 
 void MapPicture::AddArea(const std::vector<tarvo::GeoCoordinate>& ring) {
-  const std::string path = PathText(ring, true);
+  AddPolygon({ring});
+}
+
+void MapPicture::AddPolygon(const std::vector<std::vector<tarvo::GeoCoordinate>>& rings) {
+  std::string path;
+  for (const std::vector<tarvo::GeoCoordinate>& ring : rings) path += PathText(ring, true);
   if (!path.empty()) AddPath(areas_, "area", path, {});
 }
 

@@ -43,6 +43,9 @@ class MapPicture {
   /// A filled polygon under everything else; `ring` is not closed.
   void AddArea(const std::vector<tarvo::GeoCoordinate>& ring);
 
+  /// The same with holes: the outer ring first.
+  void AddPolygon(const std::vector<std::vector<tarvo::GeoCoordinate>>& rings);
+
   /// A line in the light style of what is not in focus. Elements that would be empty are left out.
   void AddRoute(const std::vector<tarvo::GeoCoordinate>& line, std::size_t routeIndex);
 
