@@ -128,7 +128,11 @@ class ContainsRun {
 
   void StartPicture() {
     pointInput_->source().KeepForSecondPass();
-    pointInput_->ForEachPoint([&](const tarvo::GeoCoordinate& point, std::size_t) { bounds_.Add({point}); });
+    std::size_t count = 0;
+    pointInput_->ForEachPoint([&](const tarvo::GeoCoordinate& point, std::size_t pointIndex) {
+      bounds_.Add({point});
+      count = pointIndex + 1;
+    });
     MapLegend legend;
     legend.view.clear();
     legend.route.clear();
@@ -138,6 +142,7 @@ class ContainsRun {
     legend.point = "inside";
     legend.hollowPoint = "outside";
     picture_.emplace(bounds_.Whole(), legend);
+    picture_->SetPointCount(count);
     std::vector<Ring> rings;
     for (const std::vector<BoxedRing>& polygon : polygons_) {
       rings.clear();

@@ -26,6 +26,7 @@ struct MapLegend {
   std::string area = "area";  ///< left out too where there is no area
   std::string point;          ///< filled dots
   std::string hollowPoint;
+  bool slenderPieces = false;  ///< pieces are drawn narrower than routes, so that both can be seen
 };
 
 /// The picture of a map as SVG: what lies under the view and around it, with frame, graticule, scale bar and title.
@@ -63,6 +64,9 @@ class MapPicture {
 
   /// How far apart the points that follow stand along their line: dots shrink, to a limit, before they overlap.
   void SetPointSpacing(double metres);
+
+  /// How many points follow, anywhere on the map: many are drawn smaller.
+  void SetPointCount(std::size_t count);
 
   /// A dot; hollow ones lie under the filled ones. Always one element, also outside of the map.
   /// @param attributes  such as {"data-point", "12"}

@@ -116,7 +116,11 @@ class OnLineRun {
 
   void StartPicture() {
     pointInput_->source().KeepForSecondPass();
-    pointInput_->ForEachPoint([&](const tarvo::GeoCoordinate& point, std::size_t) { bounds_.Add({point}); });
+    std::size_t count = 0;
+    pointInput_->ForEachPoint([&](const tarvo::GeoCoordinate& point, std::size_t pointIndex) {
+      bounds_.Add({point});
+      count = pointIndex + 1;
+    });
     MapLegend legend;
     legend.view.clear();
     legend.route = "line";
@@ -125,6 +129,7 @@ class OnLineRun {
     legend.point = "on a line";
     legend.hollowPoint = "on none";
     picture_.emplace(bounds_.Whole(), legend);
+    picture_->SetPointCount(count);
     for (std::size_t i = 0; i < lines_.size(); ++i) picture_->AddRoute(lines_[i].line, i);
   }
 

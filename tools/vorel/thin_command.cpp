@@ -70,13 +70,15 @@ class ThinRun {
       legend.piece = "thinned route";
       legend.arrow.clear();
       legend.point = "point kept";
+      legend.slenderPieces = true;
       picture_.emplace(lines_.ReadLineBounds(), legend);
       picture_->SetPointSpacing(std::max(spacingMetres_, 1.0));
     }
     GeoJsonWriter writer(output_.out());
     lines_.ForEachLineGroup([&](const std::vector<Line>& segments) { WriteRoute(segments, writer); });
     writer.Finish();
-    const std::string counts = "kept " + std::to_string(keptCount_) + " of " + Counted(pointCount_, "point");
+    const std::string counts =
+        "kept " + std::to_string(keptCount_) + " of " + std::to_string(pointCount_) + " points";
     if (picture_) {
       picture_->Write(PictureTitle(lines_.source()),
                       {counts + ", more than " + ShortestNumber(spacingMetres_) + " m apart" + kDot +
