@@ -99,11 +99,11 @@ class ContainsRun {
     });
     writer.Finish();
     if (picture_) {
-      picture_->Write(
-          PictureTitle(pointInput_->source()),
-          {std::to_string(insideCount_) + " of " + Counted(pointCount_, "point") + " inside" + kDot +
-           Counted(polygons_.size(), "polygon") + " of " + PictureTitle(polygonInput_->source())},
-          output_->picture());
+      picture_->Write(PictureTitle(pointInput_->source()),
+                      {Counted(insideCount_, "point") + " inside, " +
+                       Counted(pointCount_ - insideCount_, "point") + " outside" + kDot +
+                       Counted(polygons_.size(), "polygon") + " of " + PictureTitle(polygonInput_->source())},
+                      output_->picture());
     }
     output_->Publish();
     polygonInput_->NoteWhatIsLeftOut();

@@ -84,12 +84,12 @@ class OnLineRun {
     });
     writer.Finish();
     if (picture_) {
-      picture_->Write(
-          PictureTitle(pointInput_->source()),
-          {std::to_string(onLineCount_) + " of " + Counted(pointCount_, "point") + " within " +
-           ShortestNumber(toleranceMetres_) + " m of a vertex" + (asksSegments_ ? " or on a segment" : "") +
-           kDot + Counted(lines_.size(), "line") + " of " + PictureTitle(lineInput_->source())},
-          output_->picture());
+      picture_->Write(PictureTitle(pointInput_->source()),
+                      {Counted(onLineCount_, "point") + " within " + ShortestNumber(toleranceMetres_) +
+                           " m of a vertex" + (asksSegments_ ? " or on a segment" : "") + ", " +
+                           Counted(pointCount_ - onLineCount_, "point") + " elsewhere",
+                       Counted(lines_.size(), "line") + " of " + PictureTitle(lineInput_->source())},
+                      output_->picture());
     }
     output_->Publish();
     lineInput_->NoteWhatIsLeftOut();
