@@ -720,6 +720,9 @@ LineZ ThenOnTinySteps() {
   return kCity.LineAt(points);
 }
 
+// A lead-in, a segment east 2 m beside (5, 4), and one west 6 m beside it.
+const LineZ kThereAndBack = kCity.LineAt({{-15, 6}, {-5, 6}, {15, 6}, {15, -2}, {-5, -2}});
+
 const ScanArguments kAll{0.0, 20.0, 99};
 
 INSTANTIATE_TEST_SUITE_P(
@@ -766,6 +769,9 @@ INSTANTIATE_TEST_SUITE_P(
                     2},
         HeadingCase{"DeliberateFirstIsRecordedAlsoOnAWrongHeading", ThenOnHeading(40), 300, 5, 2, kAll, true,
                     2, 2},
+        HeadingCase{"NearerOnAWrongHeadingIsPassedOver", kThereAndBack, 270, 10, 0, kAll, true, 0, 3},
+        HeadingCase{"DeliberateFirstOnAWrongHeadingHidesFartherOnes", kThereAndBack, 270, 10, 1, kAll, true,
+                    1, 1},
         HeadingCase{"DeliberateFirstIsRecordedAlsoOutOfRange",
                     ThenOnHeading(40),
                     220,

@@ -807,7 +807,7 @@ class VOREL_EXPORT VorelGeometryAlgorithm {
   /// @param resultIndex     index in `line` of the first point of the nearest segment; `startIndex` when none was found
   /// @param ratio           of the way along that segment, clamped to [0, 1]; 0 when none was found
   /// @param acceptDistance  metres: a segment within which the position falls (position code 0) and that is nearer than
-  ///                        this is taken at once; 0, less or NaN: never
+  ///                        this is taken at once, whatever `maxDistance`; 0, less or NaN: never
   /// @param maxDistance     metres: the range. The result is true when the nearest segment is nearer than this; NaN: false
   /// @param maxFarSegments  how many segments farther than `maxDistance` are tolerated once one in range was found; one
   ///                        more ends the scan. Only segments out of range that are no new nearest count
@@ -824,16 +824,17 @@ class VOREL_EXPORT VorelGeometryAlgorithm {
   /// `ProjectionPosToLinesDistance` that takes only segments which run on a heading, for lines that pass the same place
   /// in both directions.
   ///
-  ///     0------>------1       pos heads west (270): segment 2 is found, though
-  ///            pos    |       segment 0 is nearer
-  ///     3------<------2
+  ///     0---1----->-----2     pos heads west (270). From segment 0: segment 3 is found, though segment 1 is
+  ///            pos      |     nearer. From segment 1: that one is the result, for the first one scanned is
+  ///                     |     recorded whatever its heading, and only nearer ones replace it
+  ///         4-----<-----3
   ///
   /// The heading of segment i is the bearing from point i to the first later point more than 0.5 m away; a line that ends
   /// before that matches any heading (given a positive tolerance).
   ///
   /// Deliberate, all of it: an early accept does not ask for the heading. The first segment scanned is recorded whatever
-  /// its heading, and the filter holds for its successors, so that it may be the result; when its distance is NaN no other
-  /// replaces it, and only an early accept gives true. No segment is skipped for being short. With nothing scanned the
+  /// its heading, and hides all segments that are not nearer; when its distance is NaN no other replaces it, and only an
+  /// early accept gives true. No segment is skipped for being short. With nothing scanned the
   /// distance counts as 3.4028234663852886e+38 m.
   ///
   /// @param pos, line, startIndex, resultIndex, ratio, acceptDistance, maxDistance, maxFarSegments
@@ -883,12 +884,13 @@ class VOREL_EXPORT VorelGeometryAlgorithm {
   /// Joints: at a bend whose two moved vertices lie less than 0.01 m apart the first one stays. Otherwise the crossing is
   /// taken when it lies less than twice their gap away from the first one, which else stays (deliberate: turns of some 151
   /// degrees and more). Deliberate: moved segments that span less than 1e-6 degree of longitude (0.1 m) count as vertical;
-  /// where one or both are, that guard does not apply, the later one sets the longitude, and two verticals meet half way
-  /// between the latitudes of the vertices. The previous segment is taken as joined so far, not as first moved.
+  /// without that guard the joint then takes the longitude of the vertical segment's moved vertex, and of two verticals that
+  /// of the earlier one with the mean of both latitudes. The earlier segment is taken as joined so far, not as first moved.
   /// Metres become degrees on a sphere of 6371 km (deliberate: not the ellipsoid of the distances, off by up to 0.6 %), at
   /// each point's own latitude; at a pole the longitude has no meaning. Not unwrapped at the antimeridian. NaN spreads to
   /// the neighbours.
-  /// Cost: per segment one bearing, one sine and two cosines, and two distances per bend. One reservation.
+  /// Cost: per segment one bearing, one sine and two cosines; per inner vertex one distance, and a second one where it
+  /// bends. One reservation.
   static void PanLinePoints(const std::vector<tarvo::GeoCoordinateZ>& points, float offset, bool left,
                             std::vector<tarvo::GeoCoordinateZ>& result);
 
@@ -910,7 +912,7 @@ class VOREL_EXPORT VorelGeometryAlgorithm {
   ///
   /// @param points         guide line in degrees, from the arrow's tail to its head; fewer than two give two empty edges.
   ///                       When all lie within 0.01 m each edge is one point
-  /// @param width          metres of the whole shaft, greater than 0; a negative one exchanges the sides. NaN gives NaN
+  /// @param width          metres of the whole shaft, greater than 0; a negative one exchanges the sides; NaN leaves one point per edge
   /// @param arrowType      where the guide line lies across the shaft; any unknown value counts as the right edge
   /// @param leftBoundary, rightBoundary  cleared, then filled: as many points on one as on the other, at most one per point
   ///                       of the prepared line, with its heights. Left and right as seen along the line. Neither may be
@@ -1021,7 +1023,7 @@ class VOREL_EXPORT VorelGeometryAlgorithm {
   /// Cuts the next `length` metres out of a lane boundary, with its marked vertices.
   ///
   ///     source  0----1----2*---3----4*---5       *: marked vertices, pointIndices {2, 4}
-  ///     piece        0-----1---2----3-4          startIndex 1, startRatio 0.9: points 0 and 4 are interpolated,
+  ///     piece          0--1----2----3--4         startIndex 1, startRatio 0.4: points 0 and 4 are interpolated,
   ///                                              the others are vertices; pointIndices {0, 1, 3}
   ///
   /// The piece's point k is source point startIndex + k, but for the first and, when the boundary is long enough, the last.
@@ -1034,7 +1036,7 @@ class VOREL_EXPORT VorelGeometryAlgorithm {
   /// @param startIndex   index in `source.points` of the first point of the segment where the piece starts; not negative
   ///                     (unchecked: counts as beyond the end)
   /// @param startRatio   of the way along that segment, narrowed to float, then clamped to [0, 1]; NaN gives a NaN start
-  /// @param length       metres. Negative: counts as 0 but for the result. NaN: a NaN cut on the first segment
+  /// @param length       metres. Negative: the piece ends where it starts. NaN, like a NaN vertex, ends it with a NaN point
   /// @param piece        appended to: the points of the piece, and the marks as indices counted from the piece's start: 0
   ///                     for the start itself, always, then v - startIndex for each marked vertex v on the way. Deliberate:
   ///                     these are not shifted by what `piece` held, so it is normally empty

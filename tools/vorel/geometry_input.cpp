@@ -56,7 +56,7 @@ void GeometryInput::ForEachLineGroup(const std::function<void(const std::vector<
       return false;
     }
     lines.clear();
-    tool::ForEachLine(geometry, line, [&] { lines.push_back(line); });
+    tool::ForEachLine(geometry, line, [&] { lines.push_back(std::move(line)); });
     if (lines.empty()) return true;
     count_ += lines.size();
     consumer(lines);
