@@ -2,7 +2,6 @@
 
 #include <charconv>
 #include <cmath>
-#include <cstdio>
 #include <limits>
 
 #include "tools/vorel/failure.h"
@@ -36,10 +35,6 @@ int ParseWholeNumber(const std::string& text, const std::string& option, int lea
   if (error == std::errc() && last == end && number >= least && number <= most) return number;
   throw BadInput(option + " " + text + ": is not a whole number from " + std::to_string(least) + " to " +
                  std::to_string(most));
-}
-
-void PrintNote(const std::string& note) {
-  std::fprintf(stderr, "vorel: note: %s\n", OneLine(note).c_str());
 }
 
 }  // namespace vorel::tool

@@ -14,7 +14,14 @@ struct Command {
 };
 
 /// Each command lives in a file of its own, <name>_command.cpp, and is listed in main.cpp.
+Command AddAlongCommand(CLI::App& program);
+Command AddClipCommand(CLI::App& program);
+Command AddContainsCommand(CLI::App& program);
+Command AddMeasureCommand(CLI::App& program);
+Command AddOnLineCommand(CLI::App& program);
+Command AddSampleCommand(CLI::App& program);
 Command AddSymbolsCommand(CLI::App& program);
+Command AddThinCommand(CLI::App& program);
 Command AddMatchCommand(CLI::App& program);
 Command AddOffsetCommand(CLI::App& program);
 Command AddArrowCommand(CLI::App& program);
@@ -34,9 +41,6 @@ double ParseMetres(const std::string& text, const std::string& option, bool zero
 
 /// Reads a whole number from `least` to `most`; throws `BadInput` for anything else.
 int ParseWholeNumber(const std::string& text, const std::string& option, int least, int most);
-
-/// One line on standard error for what a user may want to know about a run that went well.
-void PrintNote(const std::string& note);
 
 }  // namespace vorel::tool
 

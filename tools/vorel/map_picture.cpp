@@ -25,7 +25,10 @@ constexpr double kReadableArrowPixels = 8.0;
 constexpr double kLegendEntryPixels = 9.0;
 constexpr double kLegendCharacterPixels = 6.0;
 constexpr double kFullPointRadiusPixels = 3.6;
-constexpr double kSmallestPointRadiusPixels = 0.9;
+constexpr double kOutlinedPointRadiusPixels = 3.0;
+constexpr double kSmallestPointRadiusPixels = 1.3;
+constexpr double kFullSizePoints = 200.0;
+constexpr const char* kSlenderStyle = "stroke-width: 1.6";
 constexpr double kPointRadiusOfSpacing = 0.32;
 constexpr double kArrowOfSpacing = 0.65;
 constexpr double kRoomOfEnlargedArrow = 2.4;  // arrow lengths from one to the next
@@ -41,7 +44,7 @@ text { font-family: "DejaVu Sans", "Helvetica Neue", Arial, sans-serif; fill: #2
 .graticule { fill: none; stroke: #dcd9d0; stroke-width: 0.8; }
 .view { fill: #fffefa; stroke: none; }
 .view-border { fill: none; stroke: #7b8a94; stroke-width: 1.2; stroke-dasharray: 6 4; }
-.area, .legend-area { fill: #d9e6cf; fill-opacity: 0.75; stroke: #8fae78; stroke-width: 1.2; }
+.area, .legend-area { fill: #d9e6cf; fill-opacity: 0.75; fill-rule: evenodd; stroke: #8fae78; stroke-width: 1.2; }
 .route, .legend-route { fill: none; stroke: #b3bcc4; stroke-width: 2.4; stroke-linejoin: round; stroke-linecap: round; }
 .piece, .legend-piece { fill: none; stroke: #4f93ce; stroke-width: 4.6; stroke-linejoin: round; stroke-linecap: round; }
 .arrow, .legend-arrow { fill: #b3361e; stroke: #ffffff; stroke-width: 1; stroke-linejoin: round; }
@@ -197,7 +200,12 @@ void MapPicture::AddDot(std::size_t layer, const tarvo::GeoCoordinate& position,
 }
 
 void MapPicture::AddArea(const std::vector<tarvo::GeoCoordinate>& ring) {
-  const std::string path = PathText(ring, true);
+  AddPolygon({ring});
+}
+
+void MapPicture::AddPolygon(const std::vector<std::vector<tarvo::GeoCoordinate>>& rings) {
+  std::string path;
+  for (const std::vector<tarvo::GeoCoordinate>& ring : rings) path += PathText(ring, true);
   if (!path.empty()) AddPath(areas_, "area", path, {});
 }
 
@@ -208,10 +216,12 @@ void MapPicture::AddRoute(const std::vector<tarvo::GeoCoordinate>& line, std::si
 
 void MapPicture::AddPiece(const std::vector<tarvo::GeoCoordinate>& line, std::size_t routeIndex,
                           std::size_t pieceIndex) {
-  AddPath(pieces_, "piece", line.empty() ? std::string() : PathText(line, false),
-          {{"data-route", std::to_string(routeIndex)},
-           {"data-piece", std::to_string(pieceIndex)},
-           {"data-vertices", std::to_string(line.size())}});
+  std::vector<std::pair<const char*, std::string>> attributes = {
+      {"data-route", std::to_string(routeIndex)},
+      {"data-piece", std::to_string(pieceIndex)},
+      {"data-vertices", std::to_string(line.size())}};
+  if (legend_.slenderPieces) attributes.emplace_back("style", kSlenderStyle);
+  AddPath(pieces_, "piece", line.empty() ? std::string() : PathText(line, false), attributes);
 }
 
 void MapPicture::SetArrowSpacing(double metres) {
@@ -285,17 +295,25 @@ void MapPicture::SetPointSpacing(double metres) {
                                   kSmallestPointRadiusPixels, kFullPointRadiusPixels);
 }
 
+void MapPicture::SetPointCount(std::size_t count) {
+  pointRadiusPixels_ =
+      std::clamp(kFullPointRadiusPixels * std::sqrt(kFullSizePoints / static_cast<double>(count)),
+                 kSmallestPointRadiusPixels, kFullPointRadiusPixels);
+}
+
 void MapPicture::AddPoint(const tarvo::GeoCoordinate& position, bool filled,
                           const std::vector<std::pair<const char*, std::string>>& attributes) {
   const Pixel pixel = PixelInReach(position);
   pugi::xml_document fragment;
-  const bool small = pointRadiusPixels_ < kFullPointRadiusPixels / 2.0;
   pugi::xml_node node = AppendElement(fragment, "circle", filled ? "point" : "hollow");
   for (const auto& [name, value] : attributes) SetAttribute(node, name, value);
   SetAttribute(node, "cx", PixelText(pixel.x));
   SetAttribute(node, "cy", PixelText(pixel.y));
   SetAttribute(node, "r", PixelText(pointRadiusPixels_));
-  if (small && filled) SetAttribute(node, "style", "stroke: none");
+  // A small dot has no room for its outline.
+  if (pointRadiusPixels_ < kOutlinedPointRadiusPixels) {
+    SetAttribute(node, "style", filled ? "stroke: none" : "stroke-width: 0.7");
+  }
   (filled ? points_ : hollowPoints_).Append(ToText(node) + "\n");
 }
 
@@ -441,8 +459,9 @@ void MapPicture::Write(const std::string& title, const std::vector<std::string>&
     SetAttribute(arrow, "transform", "translate(18 0) rotate(90)");
     SetAttribute(arrow, "d", ArrowPath(kFullArrowPixels));
   });
-  appendEntry(legend_.piece, [](pugi::xml_node sample) {
+  appendEntry(legend_.piece, [this](pugi::xml_node sample) {
     AppendPathElement(sample, "legend-piece", LinePath(2.0, 0.0, 27.0, 0.0));
+    if (legend_.slenderPieces) SetAttribute(sample.last_child(), "style", kSlenderStyle);
   });
   appendEntry(legend_.route, [](pugi::xml_node sample) {
     AppendPathElement(sample, "legend-route", LinePath(2.0, 0.0, 27.0, 0.0));

@@ -36,6 +36,7 @@ struct MapLegend {
   std::string area = "area";  ///< left out too where there is no area
   std::string point;          ///< filled dots
   std::string hollowPoint;
+  bool slenderPieces = false;  ///< pieces are drawn narrower than routes, so that both can be seen
 };
 
 /// The picture of a map as SVG: what lies under the view and around it, with frame, graticule, scale bar and title.
@@ -65,6 +66,9 @@ class MapPicture {
   /// A filled polygon under everything else; `ring` is not closed.
   void AddArea(const std::vector<tarvo::GeoCoordinate>& ring);
 
+  /// The same with holes: the outer ring first.
+  void AddPolygon(const std::vector<std::vector<tarvo::GeoCoordinate>>& rings);
+
   /// A line in the light style of what is not in focus. Elements that would be empty are left out.
   void AddRoute(const std::vector<tarvo::GeoCoordinate>& line, std::size_t routeIndex);
 
@@ -82,6 +86,9 @@ class MapPicture {
 
   /// How far apart the points that follow stand along their line: dots shrink, to a limit, before they overlap.
   void SetPointSpacing(double metres);
+
+  /// How many points follow, anywhere on the map: many are drawn smaller.
+  void SetPointCount(std::size_t count);
 
   /// A dot; hollow ones lie under the filled ones. Always one element, also outside of the map.
   /// @param attributes  such as {"data-point", "12"}
