@@ -14,6 +14,7 @@
 #include "tools/vorel/map_picture.h"
 #include "tools/vorel/number_option.h"
 #include "tools/vorel/plain_text.h"
+#include "tools/vorel/progress.h"
 
 namespace vorel::tool {
 namespace {

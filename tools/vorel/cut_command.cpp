@@ -154,8 +154,8 @@ void RunCut(const Options& options) {
         {WithoutHeights(line.points)},
         {{"boundary", "boundary", "fill: none; stroke: #9fb4c4; stroke-width: 2", Shape::kLine},
          {"cut-piece", "piece", "fill: none; stroke: #c8321e; stroke-width: 3.4", Shape::kLine},
-         {"source-mark", "marked", "fill: #ffffff; stroke: #55656f; stroke-width: 1.2", Shape::kDot},
-         {"mark", "mark", "fill: #2b3a45; stroke: #ffffff; stroke-width: 0.8", Shape::kDot}});
+         {"source-mark", "marked", "fill: #ffffff; stroke: #55656f; stroke-width: 1.2", Shape::kPoint},
+         {"mark", "mark", "fill: #2b3a45; stroke: #ffffff; stroke-width: 0.8", Shape::kPoint}});
     picture.AddLine(0, WithoutHeights(line.points), {{"data-line", std::to_string(line.index)}});
     picture.AddLine(1, WithoutHeights(piece.points), {{"data-points", std::to_string(piece.points.size())}});
     for (const std::uint32_t vertex : source.pointIndices) {

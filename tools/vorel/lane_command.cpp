@@ -8,6 +8,7 @@
 #include "tools/vorel/command.h"
 #include "tools/vorel/failure.h"
 #include "tools/vorel/plain_text.h"
+#include "tools/vorel/progress.h"
 
 namespace vorel::tool {
 

@@ -19,7 +19,7 @@ namespace vorel::tool {
 
 /// One kind of element of a picture, with a style and an entry in the legend.
 struct PictureLayer {
-  enum class Shape { kLine, kArea, kDot };
+  enum class Shape { kLine, kArea, kPoint };
 
   std::string elementClass;  ///< plain ASCII letters
   std::string legend;        ///< one or two words

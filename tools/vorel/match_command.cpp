@@ -12,6 +12,7 @@
 #include "tools/vorel/map_picture.h"
 #include "tools/vorel/number_option.h"
 #include "tools/vorel/plain_text.h"
+#include "tools/vorel/progress.h"
 #include "tools/vorel/trace_matching.h"
 
 namespace vorel::tool {
@@ -158,8 +159,8 @@ class MatchRun {
         traceLines,
         {{"lane", "line", "fill: none; stroke: #9fb4c4; stroke-width: 2.6", Shape::kLine},
          {"trace", "trace", "fill: none; stroke: #3d6fa5; stroke-width: 0.8", Shape::kLine},
-         {"fix", "fix", "fill: #3d6fa5; stroke: none", Shape::kDot},
-         {"unmatched", "no match", "fill: #ffffff; stroke: #8a4fa8; stroke-width: 1.4", Shape::kDot},
+         {"fix", "fix", "fill: #3d6fa5; stroke: none", Shape::kPoint},
+         {"unmatched", "no match", "fill: #ffffff; stroke: #8a4fa8; stroke-width: 1.4", Shape::kPoint},
          {"stroke", "match", "fill: none; stroke: #d1361f; stroke-width: 1.2", Shape::kLine}});
     for (const LaneLine& lane : lanes) {
       picture.AddLine(kLaneLayer, WithoutHeights(lane.points), {{"data-line", std::to_string(lane.index)}});

@@ -11,6 +11,7 @@
 #include "tools/vorel/lane_command.h"
 #include "tools/vorel/number_option.h"
 #include "tools/vorel/plain_text.h"
+#include "tools/vorel/progress.h"
 #include "tools/vorel/view.h"
 
 namespace vorel::tool {
