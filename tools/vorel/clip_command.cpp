@@ -100,7 +100,7 @@ class ClipRun {
         vertex = FindPiece(shifted, piece, vertex);
         if (picture_) picture_->AddPiece(piece, lineIndex, pieceIndex);
         const auto first = line.begin() + static_cast<std::ptrdiff_t>(vertex);
-        writer.StartLine({first, first + static_cast<std::ptrdiff_t>(piece.size())});
+        writer.StartLine(Line(first, first + static_cast<std::ptrdiff_t>(piece.size())));
         writer.Property("line", lineIndex);
         writer.Property("piece", pieceIndex);
         writer.Property("vertex", vertex);
