@@ -6,6 +6,7 @@
 
 #include "base/geo_coordinate.h"
 #include "base/geodesy/near_series.h"
+#include "base/geodesy/wgs84.h"
 
 namespace vorel {
 namespace internal {
@@ -25,7 +26,6 @@ namespace internal {
 // err. Below, where it errs by 5 nanometres, and where the squares of tiny differences underflow, `kBoundMargin` is
 // the room; it also takes in points that were themselves rounded by some 1e-13 degree (10 nanometres).
 constexpr double kLeastMetresPerDegreeOfLatitude = 110500.0;
-constexpr double kLeastMetresPerDegreeOfLongitudeAtEquator = 111300.0;
 constexpr double kMostMetresPerDegree = 111800.0;  // of latitude or longitude, anywhere
 constexpr double kBoundMargin = 1e-6;              // metres
 
@@ -48,14 +48,20 @@ inline bool SurelyNearerThan(const tarvo::GeoCoordinate& a, const tarvo::GeoCoor
          (std::fabs(b.latitude) <= tarvo::geodesy::kPoleLatitude);
 }
 
-/// Bounds of the distance of two points near a centre, by Pythagoras on the plane of longitude and latitude, the
-/// longitudes shrunk as far as they may be anywhere around.
+/// Bounds of the distance of two points near a centre, by Pythagoras on the plane of longitude and latitude. The
+/// farther from the centre, the less tight: at 1 km within some 0.1 %.
 ///
-/// Both hold for latitudes within `kReach` of the centre's and a longitude difference of at most twice that. A path that
-/// leaves the centre's latitude by more than 1.25 degrees and returns is 1.5 degrees of latitude or 165 km long, and the
-/// lower bound is at most 158 km; on every other path, and on the straight one of the upper bound, the squared cosine of
-/// the latitude differs from the centre's by at most sin(1.25 degrees) < 0.022, because cos^2 x - cos^2 y =
-/// sin(y - x) sin(x + y). Over a pole the shrunk longitudes vanish, and the latitudes bound alone.
+/// Both hold for latitudes within `reach` degrees of the centre's and a longitude difference of at most twice that; `reach`
+/// is at most `kReach`. A path that leaves the centre's latitude by more than 2.5 reach and returns is 3 reach, or 331,700
+/// metres times reach, long, and the lower bound is at most sqrt(8) * 111700 = 316,000 times that. On every other path, and
+/// on the straight one of the upper bound, the squared cosine of the latitude differs from the centre's by at most
+/// sin(2.5 reach) < 0.044 reach, because cos^2 x - cos^2 y = sin(y - x) sin(x + y). Over a pole the shrunk longitudes
+/// vanish, and the latitudes bound alone.
+///
+/// The squared radii of curvature, with s the sine of the latitude, are a^2 (1 - e^2)^2 / (1 - e^2 s^2)^3 of the meridian
+/// and a^2 / (1 - e^2 s^2): above the first two terms of their series, which are taken here. Along the path they shrink by
+/// no more than 4.6e-4 and 1.5e-4 as s^2 shrinks by up to 0.022; of the 1e-3 and 6e-4 below, 4.5e-4 and more are left for
+/// what is said above.
 class LocalDistanceBounds {
  public:
   static constexpr double kReach = 0.5;  // degrees
@@ -72,26 +78,26 @@ class LocalDistanceBounds {
 
   /// @param cosLatitude  cosine of the centre's latitude, to 1e-12
   explicit LocalDistanceBounds(double cosLatitude) {
-    constexpr double kCosSquaredRoom = 0.022;
-    constexpr double kLeastLatitude = kLeastMetresPerDegreeOfLatitude * kLeastMetresPerDegreeOfLatitude;
-    constexpr double kLeastLongitude =
-        kLeastMetresPerDegreeOfLongitudeAtEquator * kLeastMetresPerDegreeOfLongitudeAtEquator;
-    constexpr double kMost = kMostMetresPerDegree * kMostMetresPerDegree;
-    const double cosSquared = cosLatitude * cosLatitude;
-    leastPerLatitude_ = kLeastLatitude;
-    leastPerLongitude_ =
-        cosSquared > kCosSquaredRoom ? kLeastLongitude * (cosSquared - kCosSquaredRoom) : 0.0;
-    mostPerLatitude_ = kMost;
-    mostPerLongitude_ = kMost * (cosSquared + kCosSquaredRoom);
+    using namespace tarvo::geodesy;
+    constexpr double kDegree = kSemiMajorAxis * kRadiansPerDegree;  // metres, on the equator
+    constexpr double kMeridianDegree = kDegree * (1.0 - kEccentricitySquared);
+    cosSquared_ = cosLatitude * cosLatitude;
+    const double eSquaredSinSquared = kEccentricitySquared * (1.0 - cosSquared_);
+    leastPerLatitude_ = (1.0 - 1e-3) * kMeridianDegree * kMeridianDegree * (1.0 + 3.0 * eSquaredSinSquared);
+    leastPerLongitude_ = (1.0 - 6e-4) * kDegree * kDegree * (1.0 + eSquaredSinSquared);
   }
 
   /// Square metres, of differences in degrees of either sign. The distance is surely more than any `metres` with
   /// LowerSquared > SquareToExceed(metres), and surely less than any with UpperSquared < SquareToStayBelow(metres).
-  double LowerSquared(double latitudes, double longitudes) const {
-    return leastPerLatitude_ * (latitudes * latitudes) + leastPerLongitude_ * (longitudes * longitudes);
+  double LowerSquared(double latitudes, double longitudes, double reach = kReach) const {
+    const double leastCosSquared = cosSquared_ - kCosSquaredPerDegree * reach;
+    return leastPerLatitude_ * (latitudes * latitudes) +
+           leastPerLongitude_ * (leastCosSquared > 0.0 ? leastCosSquared : 0.0) * (longitudes * longitudes);
   }
-  double UpperSquared(double latitudes, double longitudes) const {
-    return mostPerLatitude_ * (latitudes * latitudes) + mostPerLongitude_ * (longitudes * longitudes);
+  double UpperSquared(double latitudes, double longitudes, double reach = kReach) const {
+    constexpr double kMost = kMostMetresPerDegree * kMostMetresPerDegree;
+    return kMost *
+           (latitudes * latitudes + (cosSquared_ + kCosSquaredPerDegree * reach) * (longitudes * longitudes));
   }
 
   /// Negative metres are exceeded by what exceeds 0; NaN in, NaN out, which nothing exceeds.
@@ -106,10 +112,11 @@ class LocalDistanceBounds {
   }
 
  private:
+  static constexpr double kCosSquaredPerDegree = 0.044;
+
+  double cosSquared_;
   double leastPerLatitude_;
   double leastPerLongitude_;
-  double mostPerLatitude_;
-  double mostPerLongitude_;
 };
 
 }  // namespace internal
