@@ -40,16 +40,22 @@ struct Vertex {
 /// float only, whatever the math library does; the others are asked of it.
 float RoundedBearing(const GeoCoordinate& start, const GeoCoordinate& end, const Vertex& from,
                      const Vertex& to) {
+  const double longitudes = to.longitude - from.longitude;
   // Where the cosine rounds to almost 1, the root errs by 2.5e-8, which the bearing's error takes in.
   const double sinLatitude =
       std::copysign(std::sqrt(1.0 - from.cosLatitude * from.cosLatitude), from.latitude);
   const internal::NearBearing bearing = internal::NearBearingBetween(
-      from.latitude, to.latitude, to.longitude - from.longitude, sinLatitude, to.cosLatitude);
+      from.latitude, to.latitude, longitudes, sinLatitude, to.cosLatitude);
+  if (longitudes == 0.0 && bearing.error < 1.0) {
+    // Along a meridian: the arctangent of a signed zero over what has a sure sign.
+    return bearing.radians * bearing.radians < 1.0 ? static_cast<float>(longitudes)
+                                                   : static_cast<float>(std::copysign(180.0, longitudes));
+  }
   constexpr double kDegreesPerRadian = 1.0 / kRadiansPerDegree;
   const double degrees = bearing.radians * kDegreesPerRadian;
   const double error = bearing.error * kDegreesPerRadian;
   const float least = static_cast<float>(degrees - error);
-  // Not so for NaN, nor for due north, whose signed zero is told by the library alone.
+  // Never so for NaN.
   if (least == static_cast<float>(degrees + error)) return least;
   return static_cast<float>(VorelGeometryAlgorithm::GetAngle(start, end));
 }

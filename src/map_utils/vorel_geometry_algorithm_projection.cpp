@@ -10,12 +10,14 @@
 #include "base/geodesy/wgs84.h"
 #include "map_utils/internal/distance_bounds.h"
 #include "map_utils/internal/interpolation.h"
+#include "map_utils/internal/near_bearing.h"
 
 namespace vorel {
 
 using tarvo::GeoCoordinate;
 using tarvo::GeoCoordinateZ;
 using tarvo::geodesy::kPi;
+using tarvo::geodesy::kRadiansPerDegree;
 
 namespace {
 
@@ -57,14 +59,15 @@ double DistanceToSegment(const GeoCoordinate& start, const GeoCoordinate& end, d
   return tarvo::geodesy::Distance(closest, pos);
 }
 
+constexpr double kShortestHeadingBase = 0.5;  // metres
+
 /// Whether the line runs, from its point `index` on, on `heading`. Its direction there is measured over more than half
 /// a metre, for shorter steps of a digitised line point anywhere; a line that ends before that matches itself.
 bool HeadingMatches(const std::vector<GeoCoordinateZ>& line, std::size_t index, double heading,
                     double headingTolerance) {
-  constexpr double kShortestBase = 0.5;  // metres
   double segmentHeading = heading;
   for (std::size_t k = index + 1; k < line.size(); ++k) {
-    if (tarvo::geodesy::Distance(line[index], line[k]) > kShortestBase) {
+    if (tarvo::geodesy::Distance(line[index], line[k]) > kShortestHeadingBase) {
       segmentHeading = tarvo::kx::GeoUtils::GetRadianNorth(line[index], line[k]) / kPi * 180.0;
       break;
     }
@@ -87,6 +90,7 @@ class Surroundings {
   Surroundings(const GeoCoordinate& pos, double scale)
       : pos_(pos),
         bounds_(scale),
+        cosLatitude_(scale),
         // A position that cannot be a centre has nothing in reach.
         reach_(internal::LocalDistanceBounds::CanBeCentre(pos) ? internal::LocalDistanceBounds::kReach
                                                                : -1.0) {}
@@ -123,6 +127,38 @@ class Surroundings {
     return !isSurelyLonger && tarvo::geodesy::Distance(start, end) < metres;
   }
 
+  /// Whether the direction of a segment in reach is surely its heading and misses `heading` for sure.
+  ///
+  /// The sine and cosine at the segment's points come from the position's by two terms of Taylor's series, with errors
+  /// below 1.1e-7, or a relative 6.4e-6 at 89 degrees. They turn the bearing by less than 7e-6, the two ways to
+  /// subtract longitudes in radians by less than 2e-8 for half a metre: together less than 0.001 degree.
+  bool SurelyMissesHeading(double heading, double headingTolerance, const Offset& start,
+                           const Offset& end) const {
+    constexpr double kRoom = 0.002;          // degrees
+    constexpr double kLargestHeading = 1e6;  // degrees; differences from it round by far less than the room
+    constexpr double kLargestError = 1e-5;   // radians
+    const double longitudes = end.longitude - start.longitude;
+    if (!(bounds_.LowerSquared(end.latitude - start.latitude, longitudes) >
+              internal::LocalDistanceBounds::SquareToExceed(kShortestHeadingBase) &&
+          std::fabs(heading) <= kLargestHeading)) {
+      return false;
+    }
+    const double sinLatitude = std::copysign(std::sqrt(1.0 - cosLatitude_ * cosLatitude_), pos_.latitude);
+    const double toStart = start.latitude * kRadiansPerDegree;
+    const double toEnd = end.latitude * kRadiansPerDegree;
+    const internal::NearBearing bearing = internal::NearBearingBetween(
+        toStart + pos_.latitude * kRadiansPerDegree, toEnd + pos_.latitude * kRadiansPerDegree,
+        longitudes * kRadiansPerDegree,
+        sinLatitude + cosLatitude_ * toStart - 0.5 * sinLatitude * (toStart * toStart),
+        cosLatitude_ - sinLatitude * toEnd - 0.5 * cosLatitude_ * (toEnd * toEnd));
+    if (!(bearing.error <= kLargestError)) return false;
+    const double degrees = bearing.radians / kRadiansPerDegree;
+    const double segmentHeading = degrees < 0.0 ? degrees + 360.0 : degrees;
+    if (!(segmentHeading > kRoom && segmentHeading < 360.0 - kRoom)) return false;  // may be 0 or almost 360
+    const double difference = std::fabs(segmentHeading - heading);
+    return headingTolerance <= difference - kRoom && difference + kRoom <= 360.0 - headingTolerance;
+  }
+
  private:
   /// The least size of any value between the two.
   static double LeastSize(double a, double b) {
@@ -137,6 +173,7 @@ class Surroundings {
 
   GeoCoordinate pos_;
   internal::LocalDistanceBounds bounds_;
+  double cosLatitude_;
   double reach_;
 };
 
@@ -154,10 +191,8 @@ struct NearestSegment {
   static constexpr double kShortestSegment = 0.01;  // metres
   static constexpr bool kRecordsFirstSegment = false;
 
-  bool IsNewBest(const Best& best, std::size_t /*index*/, double distance) const {
-    return best.distance > distance;
-  }
-  bool IsCandidate(std::size_t /*index*/) const { return true; }
+  bool IsEligible(std::size_t /*index*/) const { return true; }
+  bool SurelyIsNotEligible(const Surroundings&, const Offset&, const Offset&) const { return false; }
 };
 
 struct NearestSegmentOnHeading {
@@ -169,11 +204,10 @@ struct NearestSegmentOnHeading {
   double heading;           // degrees
   double headingTolerance;  // degrees
 
-  // Deliberate: the first segment scanned is not asked for its heading.
-  bool IsNewBest(const Best& best, std::size_t index, double distance) const {
-    return best.distance == kNothingFound || (best.distance > distance && IsCandidate(index));
+  bool IsEligible(std::size_t index) const { return HeadingMatches(line, index, heading, headingTolerance); }
+  bool SurelyIsNotEligible(const Surroundings& surroundings, const Offset& start, const Offset& end) const {
+    return surroundings.SurelyMissesHeading(heading, headingTolerance, start, end);
   }
-  bool IsCandidate(std::size_t index) const { return HeadingMatches(line, index, heading, headingTolerance); }
 };
 
 /// Both scans. Their rules, plainly: segment by segment, skip a short one, project, measure, accept, become the best, or
@@ -207,6 +241,11 @@ bool ScanSegments(const Rules& rules, const GeoCoordinateZ& pos, const std::vect
     const auto isTooShort = [&](std::size_t i, const Offset& start, const Offset& end) {
       return Rules::kShortestSegment > 0.0 &&
              surroundings.IsShorterThan(Rules::kShortestSegment, line[i], line[i + 1], start, end);
+    };
+    const auto isEligible = [&](std::size_t i, const Offset& start, const Offset& end) {
+      const bool isSurelyNot =
+          start.isInReach && end.isInReach && rules.SurelyIsNotEligible(surroundings, start, end);
+      return !isSurelyNot && rules.IsEligible(i);
     };
     // With so many segments tolerated the scan runs to the end whatever counts as far, and the range plays no part in
     // what may be put off: as little as finds a position on the line in one pass.
@@ -259,7 +298,10 @@ bool ScanSegments(const Rules& rules, const GeoCoordinateZ& pos, const std::vect
         ratio = clampedRatio;
         return true;
       }
-      if (rules.IsNewBest(best, i, distance)) {
+      // Deliberate: the first segment scanned with headings is not asked for its own.
+      const bool isNewBest = (Rules::kRecordsFirstSegment && best.distance == Rules::kNothingFound) ||
+                             (best.distance > distance && isEligible(i, start, end));
+      if (isNewBest) {
         best = {static_cast<int>(i), clampedRatio, distance};
         notBestBeyondSquared = Bounds::SquareToExceed(distance < accept ? accept : distance);
       } else if (maxDistance > best.distance && distance > maxDistance) {
@@ -271,13 +313,13 @@ bool ScanSegments(const Rules& rules, const GeoCoordinateZ& pos, const std::vect
     const bool isAnyPutOff = leastPutOffSquared < std::numeric_limits<double>::infinity();
     if (isAnyPutOff && best.distance > putOffBeyond) {
       const auto consider = [&](std::size_t i, const Offset& from, const Offset& to) {
-        if (isTooShort(i, from, to)) return;
+        if (rules.SurelyIsNotEligible(surroundings, from, to) || isTooShort(i, from, to)) return;
         const double clampedRatio =
             internal::ClampRatio(ProjectOntoSegment(line[i], line[i + 1], pos, scale).ratio);
         const double distance = DistanceToSegment(line[i], line[i + 1], clampedRatio, pos);
         const int index = static_cast<int>(i);
         const bool isNearer = best.distance > distance || (best.distance == distance && best.index > index);
-        if (isNearer && rules.IsCandidate(i)) best = {index, clampedRatio, distance};
+        if (isNearer && rules.IsEligible(i)) best = {index, clampedRatio, distance};
       };
       consider(leastPutOff, surroundings.OffsetOf(line[leastPutOff]),
                surroundings.OffsetOf(line[leastPutOff + 1]));
