@@ -83,6 +83,8 @@ struct Offset {
   bool isInReach;  // of the bounds; false for NaN
 };
 
+enum class Answer { kNo, kYes, kUnknown };
+
 /// Cheap bounds of the distances about the position of a walk or a scan.
 class Surroundings {
  public:
@@ -127,22 +129,20 @@ class Surroundings {
     return !isSurelyLonger && tarvo::geodesy::Distance(start, end) < metres;
   }
 
-  /// Whether the direction of a segment in reach is surely its heading and misses `heading` for sure.
+  /// What HeadingMatches says of a segment in reach, where a cheap bearing of that segment tells for sure.
   ///
   /// The sine and cosine at the segment's points come from the position's by two terms of Taylor's series, with errors
   /// below 1.1e-7, or a relative 6.4e-6 at 89 degrees. They turn the bearing by less than 7e-6, the two ways to
   /// subtract longitudes in radians by less than 2e-8 for half a metre: together less than 0.001 degree.
-  bool SurelyMissesHeading(double heading, double headingTolerance, const Offset& start,
-                           const Offset& end) const {
+  Answer MatchesHeading(double heading, double headingTolerance, const Offset& start,
+                        const Offset& end) const {
     constexpr double kRoom = 0.002;          // degrees
     constexpr double kLargestHeading = 1e6;  // degrees; differences from it round by far less than the room
     constexpr double kLargestError = 1e-5;   // radians
     const double longitudes = end.longitude - start.longitude;
-    if (!(bounds_.LowerSquared(end.latitude - start.latitude, longitudes) >
-              internal::LocalDistanceBounds::SquareToExceed(kShortestHeadingBase) &&
-          std::fabs(heading) <= kLargestHeading)) {
-      return false;
-    }
+    const bool isBase = bounds_.LowerSquared(end.latitude - start.latitude, longitudes) >
+                        internal::LocalDistanceBounds::SquareToExceed(kShortestHeadingBase);
+    if (!isBase || !(std::fabs(heading) <= kLargestHeading)) return Answer::kUnknown;
     const double sinLatitude = std::copysign(std::sqrt(1.0 - cosLatitude_ * cosLatitude_), pos_.latitude);
     const double toStart = start.latitude * kRadiansPerDegree;
     const double toEnd = end.latitude * kRadiansPerDegree;
@@ -151,12 +151,19 @@ class Surroundings {
         longitudes * kRadiansPerDegree,
         sinLatitude + cosLatitude_ * toStart - 0.5 * sinLatitude * (toStart * toStart),
         cosLatitude_ - sinLatitude * toEnd - 0.5 * cosLatitude_ * (toEnd * toEnd));
-    if (!(bearing.error <= kLargestError)) return false;
+    if (!(bearing.error <= kLargestError)) return Answer::kUnknown;
     const double degrees = bearing.radians / kRadiansPerDegree;
     const double segmentHeading = degrees < 0.0 ? degrees + 360.0 : degrees;
-    if (!(segmentHeading > kRoom && segmentHeading < 360.0 - kRoom)) return false;  // may be 0 or almost 360
+    // It may be 0 as well as almost 360.
+    if (!(segmentHeading > kRoom && segmentHeading < 360.0 - kRoom)) return Answer::kUnknown;
     const double difference = std::fabs(segmentHeading - heading);
-    return headingTolerance <= difference - kRoom && difference + kRoom <= 360.0 - headingTolerance;
+    if (headingTolerance > difference + kRoom || difference - kRoom > 360.0 - headingTolerance) {
+      return Answer::kYes;
+    }
+    if (headingTolerance <= difference - kRoom && difference + kRoom <= 360.0 - headingTolerance) {
+      return Answer::kNo;
+    }
+    return Answer::kUnknown;
   }
 
  private:
@@ -191,8 +198,10 @@ struct NearestSegment {
   static constexpr double kShortestSegment = 0.01;  // metres
   static constexpr bool kRecordsFirstSegment = false;
 
-  bool IsEligible(std::size_t /*index*/) const { return true; }
-  bool SurelyIsNotEligible(const Surroundings&, const Offset&, const Offset&) const { return false; }
+  /// Whether a segment that is nearer than the best may replace it.
+  bool IsEligible(const Surroundings&, std::size_t /*index*/, const Offset&, const Offset&) const {
+    return true;
+  }
 };
 
 struct NearestSegmentOnHeading {
@@ -204,9 +213,13 @@ struct NearestSegmentOnHeading {
   double heading;           // degrees
   double headingTolerance;  // degrees
 
-  bool IsEligible(std::size_t index) const { return HeadingMatches(line, index, heading, headingTolerance); }
-  bool SurelyIsNotEligible(const Surroundings& surroundings, const Offset& start, const Offset& end) const {
-    return surroundings.SurelyMissesHeading(heading, headingTolerance, start, end);
+  bool IsEligible(const Surroundings& surroundings, std::size_t index, const Offset& start,
+                  const Offset& end) const {
+    if (start.isInReach && end.isInReach) {
+      const Answer answer = surroundings.MatchesHeading(heading, headingTolerance, start, end);
+      if (answer != Answer::kUnknown) return answer == Answer::kYes;
+    }
+    return HeadingMatches(line, index, heading, headingTolerance);
   }
 };
 
@@ -241,11 +254,6 @@ bool ScanSegments(const Rules& rules, const GeoCoordinateZ& pos, const std::vect
     const auto isTooShort = [&](std::size_t i, const Offset& start, const Offset& end) {
       return Rules::kShortestSegment > 0.0 &&
              surroundings.IsShorterThan(Rules::kShortestSegment, line[i], line[i + 1], start, end);
-    };
-    const auto isEligible = [&](std::size_t i, const Offset& start, const Offset& end) {
-      const bool isSurelyNot =
-          start.isInReach && end.isInReach && rules.SurelyIsNotEligible(surroundings, start, end);
-      return !isSurelyNot && rules.IsEligible(i);
     };
     // With so many segments tolerated the scan runs to the end whatever counts as far, and the range plays no part in
     // what may be put off: as little as finds a position on the line in one pass.
@@ -300,7 +308,7 @@ bool ScanSegments(const Rules& rules, const GeoCoordinateZ& pos, const std::vect
       }
       // Deliberate: the first segment scanned with headings is not asked for its own.
       const bool isNewBest = (Rules::kRecordsFirstSegment && best.distance == Rules::kNothingFound) ||
-                             (best.distance > distance && isEligible(i, start, end));
+                             (best.distance > distance && rules.IsEligible(surroundings, i, start, end));
       if (isNewBest) {
         best = {static_cast<int>(i), clampedRatio, distance};
         notBestBeyondSquared = Bounds::SquareToExceed(distance < accept ? accept : distance);
@@ -313,13 +321,13 @@ bool ScanSegments(const Rules& rules, const GeoCoordinateZ& pos, const std::vect
     const bool isAnyPutOff = leastPutOffSquared < std::numeric_limits<double>::infinity();
     if (isAnyPutOff && best.distance > putOffBeyond) {
       const auto consider = [&](std::size_t i, const Offset& from, const Offset& to) {
-        if (rules.SurelyIsNotEligible(surroundings, from, to) || isTooShort(i, from, to)) return;
+        if (isTooShort(i, from, to) || !rules.IsEligible(surroundings, i, from, to)) return;
         const double clampedRatio =
             internal::ClampRatio(ProjectOntoSegment(line[i], line[i + 1], pos, scale).ratio);
         const double distance = DistanceToSegment(line[i], line[i + 1], clampedRatio, pos);
         const int index = static_cast<int>(i);
         const bool isNearer = best.distance > distance || (best.distance == distance && best.index > index);
-        if (isNearer && rules.IsEligible(i)) best = {index, clampedRatio, distance};
+        if (isNearer) best = {index, clampedRatio, distance};
       };
       consider(leastPutOff, surroundings.OffsetOf(line[leastPutOff]),
                surroundings.OffsetOf(line[leastPutOff + 1]));
