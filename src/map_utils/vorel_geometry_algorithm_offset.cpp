@@ -41,11 +41,11 @@ struct Vertex {
 float RoundedBearing(const GeoCoordinate& start, const GeoCoordinate& end, const Vertex& from,
                      const Vertex& to) {
   const double longitudes = to.longitude - from.longitude;
-  // Where the cosine rounds to almost 1, the root errs by 2.5e-8, which the bearing's error takes in.
+  // Where the cosine rounds to almost 1 the root errs by up to 2.5e-8: the bearing's error takes that in.
   const double sinLatitude =
       std::copysign(std::sqrt(1.0 - from.cosLatitude * from.cosLatitude), from.latitude);
-  const internal::NearBearing bearing = internal::NearBearingBetween(
-      from.latitude, to.latitude, longitudes, sinLatitude, to.cosLatitude);
+  const internal::NearBearing bearing =
+      internal::NearBearingBetween(from.latitude, to.latitude, longitudes, sinLatitude, to.cosLatitude);
   if (longitudes == 0.0 && bearing.error < 1.0) {
     // Along a meridian: the arctangent of a signed zero over what has a sure sign.
     return bearing.radians * bearing.radians < 1.0 ? static_cast<float>(longitudes)
