@@ -12,11 +12,12 @@ using tarvo::GeoCoordinateZ;
 using vorel::VorelGeometryAlgorithm;
 using LineZ = std::vector<GeoCoordinateZ>;
 
-/// A position some 2 m beside the lane's point at the given fraction of its vertices.
-GeoCoordinateZ Beside(const LineZ& lane, double fraction) {
+/// A position beside the lane's point at the given fraction of its vertices.
+GeoCoordinateZ Beside(const LineZ& lane, double fraction, double metresEast = 2.2) {
+  constexpr double kMetresPerDegree = 74400.0;  // of longitude, at the latitude of the lane
   const GeoCoordinateZ& vertex =
       lane[static_cast<std::size_t>(fraction * static_cast<double>(lane.size() - 2))];
-  return {vertex.longitude + 3e-5, vertex.latitude, vertex.z};
+  return {vertex.longitude + metresEast / kMetresPerDegree, vertex.latitude, vertex.z};
 }
 
 void BM_ProjectionPosToLine(benchmark::State& state) {
@@ -73,14 +74,15 @@ void BM_ProjectionPosToLinesWhole(benchmark::State& state) {
 BENCHMARK(BM_ProjectionPosToLinesWhole)->Arg(10)->Arg(100);
 
 struct Scan {
-  double positionFraction;
+  double positionFraction;  // of the lane's vertices
+  double metresAside;       // of the position, to the east
   double acceptDistance;
   double maxDistance;
   int maxFarSegments;
 };
 
 void RunDistance(benchmark::State& state, const LineZ& lane, const Scan& scan) {
-  const GeoCoordinateZ pos = Beside(lane, scan.positionFraction);
+  const GeoCoordinateZ pos = Beside(lane, scan.positionFraction, scan.metresAside);
   int resultIndex = 0;
   double ratio = 0.0;
   for (auto _ : state) {
@@ -94,7 +96,7 @@ void RunDistance(benchmark::State& state, const LineZ& lane, const Scan& scan) {
 }
 
 void RunOrientation(benchmark::State& state, const LineZ& lane, double heading, const Scan& scan) {
-  const GeoCoordinateZ pos = Beside(lane, scan.positionFraction);
+  const GeoCoordinateZ pos = Beside(lane, scan.positionFraction, scan.metresAside);
   int resultIndex = 0;
   double ratio = 0.0;
   for (auto _ : state) {
@@ -107,8 +109,13 @@ void RunOrientation(benchmark::State& state, const LineZ& lane, double heading, 
   state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(lane.size()));
 }
 
-constexpr Scan kTypical{0.5, 0.0, 20.0, 3};
-constexpr Scan kWhole{1.0, 0.0, 20.0, std::numeric_limits<int>::max()};
+constexpr int kAny = std::numeric_limits<int>::max();
+constexpr double kAnywhere = std::numeric_limits<double>::infinity();
+constexpr Scan kTypical{0.5, 2.2, 0.0, 20.0, 3};
+constexpr Scan kWhole{1.0, 2.2, 0.0, 20.0, kAny};
+constexpr Scan kMatchAtStart{0.0, 2.2, 0.0, 20.0, kAny};
+constexpr Scan kEverythingFar{0.5, 1000.0, 0.0, 20.0, 3};
+constexpr Scan kUnlimited{0.7, 30.0, 0.0, kAnywhere, kAny};
 
 void BM_ProjectionPosToLinesDistance(benchmark::State& state) {
   RunDistance(state, bench::Lane(state.range(0)), kTypical);
@@ -119,6 +126,21 @@ void BM_ProjectionPosToLinesDistanceWhole(benchmark::State& state) {
   RunDistance(state, bench::Lane(state.range(0)), kWhole);
 }
 BENCHMARK(BM_ProjectionPosToLinesDistanceWhole)->Arg(10)->Arg(100);
+// The match lies at the start, and the far segments behind it do not end the scan.
+void BM_ProjectionPosToLinesDistanceMatchAtStart(benchmark::State& state) {
+  RunDistance(state, bench::Lane(state.range(0)), kMatchAtStart);
+}
+BENCHMARK(BM_ProjectionPosToLinesDistanceMatchAtStart)->Arg(10)->Arg(100);
+// Bad: nothing is in range, so that nothing ends the scan.
+void BM_ProjectionPosToLinesDistanceEverythingFar(benchmark::State& state) {
+  RunDistance(state, bench::Lane(state.range(0)), kEverythingFar);
+}
+BENCHMARK(BM_ProjectionPosToLinesDistanceEverythingFar)->Arg(10)->Arg(100);
+// The nearest segment at any distance.
+void BM_ProjectionPosToLinesDistanceUnlimited(benchmark::State& state) {
+  RunDistance(state, bench::Lane(state.range(0)), kUnlimited);
+}
+BENCHMARK(BM_ProjectionPosToLinesDistanceUnlimited)->Arg(10)->Arg(100);
 
 void BM_ProjectionPosToLinesDistanceOrientation(benchmark::State& state) {
   RunOrientation(state, bench::Lane(state.range(0)), 45.0, kTypical);
@@ -134,5 +156,9 @@ void BM_ProjectionPosToLinesDistanceOrientationWrongWay(benchmark::State& state)
   RunOrientation(state, bench::Lane(state.range(0)), 225.0, kWhole);
 }
 BENCHMARK(BM_ProjectionPosToLinesDistanceOrientationWrongWay)->Arg(10)->Arg(100);
+void BM_ProjectionPosToLinesDistanceOrientationEverythingFar(benchmark::State& state) {
+  RunOrientation(state, bench::Lane(state.range(0)), 45.0, kEverythingFar);
+}
+BENCHMARK(BM_ProjectionPosToLinesDistanceOrientationEverythingFar)->Arg(10)->Arg(100);
 
 }  // namespace

@@ -815,7 +815,8 @@ class VOREL_EXPORT VorelGeometryAlgorithm {
   ///         and an empty line. Deliberate: with nothing found the distance counts as 999988 m, so a larger `maxDistance`
   ///         gives true
   /// Segments shorter than 0.01 m are skipped; ones with NaN are never nearest and never far. Equal distances: the first.
-  /// Cost: one cosine, and two distances per segment scanned. Allocates nothing.
+  /// Cost: one cosine; two distances per segment that may matter, a few comparisons for each other one, which may be looked
+  /// at twice. Allocates nothing.
   static bool ProjectionPosToLinesDistance(const tarvo::GeoCoordinateZ& pos,
                                            const std::vector<tarvo::GeoCoordinateZ>& line, int& startIndex,
                                            int& resultIndex, double& ratio, double acceptDistance,
@@ -889,8 +890,7 @@ class VOREL_EXPORT VorelGeometryAlgorithm {
   /// Metres become degrees on a sphere of 6371 km (deliberate: not the ellipsoid of the distances, off by up to 0.6 %), at
   /// each point's own latitude; at a pole the longitude has no meaning. Not unwrapped at the antimeridian. NaN spreads to
   /// the neighbours.
-  /// Cost: per segment one bearing, one sine and two cosines; per inner vertex one distance, and a second one where it
-  /// bends. One reservation.
+  /// Cost: per segment one sine and two cosines; a bearing or a distance only where it is close. One reservation.
   static void PanLinePoints(const std::vector<tarvo::GeoCoordinateZ>& points, float offset, bool left,
                             std::vector<tarvo::GeoCoordinateZ>& result);
 

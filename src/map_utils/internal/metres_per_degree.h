@@ -13,9 +13,14 @@ namespace internal {
 
 constexpr double kMetresPerDegreeOfLatitude = 111194.92664455873;  // 6371000 * pi / 180
 
-inline double MetresPerDegreeOfLongitude(double latitudeDegrees) {
-  const double parallelRadius = std::cos(latitudeDegrees * tarvo::geodesy::kRadiansPerDegree) * 6371000.0;
+/// @param cosLatitude  std::cos(latitudeDegrees * tarvo::geodesy::kRadiansPerDegree)
+inline double MetresPerDegreeOfLongitudeAtCosine(double cosLatitude) {
+  const double parallelRadius = cosLatitude * 6371000.0;
   return (parallelRadius + parallelRadius) * tarvo::geodesy::kPi / 360.0;
+}
+
+inline double MetresPerDegreeOfLongitude(double latitudeDegrees) {
+  return MetresPerDegreeOfLongitudeAtCosine(std::cos(latitudeDegrees * tarvo::geodesy::kRadiansPerDegree));
 }
 
 }  // namespace internal
