@@ -82,7 +82,7 @@ void AddLengths(const Inputs& inputs, Jobs& jobs) {
 void AddSampling(const Inputs& inputs, Jobs& jobs) {
   const bg::strategy::line_interpolate::spherical<double, Haversine> strategy(kHaversine);
   for (const SamplingCase& c : inputs.sampling) {
-    jobs.Add(c, "Boost haversine", kSphereTolerance,
+    jobs.Add(c, "Boost haversine", kSampleTolerance,
              [line = Prepared<SphereLine>(c.line), strategy, interval = c.interval,
               out = bg::model::multi_point<SpherePoint>()]() mutable {
                out.clear();
@@ -111,7 +111,8 @@ void AddContainment(const Inputs& inputs, Jobs& jobs) {
     for (const tarvo::GeoCoordinate& point : c.polygon) polygon.outer().emplace_back(point.longitude, point.latitude);
     polygon.outer().push_back(polygon.outer().front());
     const PlanarLine points = Prepared<PlanarLine>(c.points);
-    jobs.Add(c, "Boost within", 0.03, [polygon, points] {
+    // Points on the border do not count: on the level edge that is a fifth of them.
+    jobs.Add(c, "Boost within", 0.3, [polygon, points] {
       std::size_t inside = 0;
       for (const PlanarPoint& point : points) inside += bg::within(point, polygon) ? 1u : 0u;
       return inside;

@@ -25,6 +25,8 @@ void AddProj(const Inputs& inputs, Jobs& jobs);
 constexpr double kSphereTolerance = 6e-3;
 /// How far two results on the ellipsoid may lie apart.
 constexpr double kEllipsoidTolerance = 1e-6;
+/// How far two counts of samples may lie apart: by the sphere, and by one sample of the shortest line.
+constexpr double kSampleTolerance = 0.03;
 /// The sphere of the peers.
 constexpr double kMeanRadius = 6371008.8;  // metres
 

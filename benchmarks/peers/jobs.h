@@ -6,6 +6,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <cmath>
 #include <functional>
 #include <map>
@@ -54,6 +55,11 @@ class Jobs {
     Add(jobCase, candidate, tolerance, work, work);
   }
 
+  /// Candidates that disagree measure different things: nothing may then be measured.
+  void ThrowOnDisagreement() const {
+    if (!disagreements_.empty()) throw std::runtime_error("implausible results:" + disagreements_);
+  }
+
   double Expected(const JobCase& jobCase) const { return expected_.at(jobCase.job + '|' + jobCase.input); }
 
  private:
@@ -61,13 +67,14 @@ class Jobs {
     const double expected = expected_.emplace(jobCase.job + '|' + jobCase.input, value).first->second;
     const double difference = std::fabs(value - expected) / std::max(1e-300, std::fabs(expected));
     if (!(value == expected || difference <= tolerance)) {
-      throw std::runtime_error(jobCase.job + ", " + jobCase.input + ": " + candidate + " gives " +
-                               std::to_string(value) + ", expected " + std::to_string(expected));
+      disagreements_ += "\n  " + jobCase.job + ", " + jobCase.input + ": " + candidate + " gives " +
+                        std::to_string(value) + ", expected " + std::to_string(expected);
     }
     return value == expected ? 0.0 : difference;
   }
 
   std::map<std::string, double> expected_;  // by case
+  std::string disagreements_;
 };
 
 }  // namespace peers

@@ -31,6 +31,7 @@ int main(int argc, char** argv) {
     peers::AddS2(inputs, jobs);
     peers::AddProj(inputs, jobs);
 #endif
+    jobs.ThrowOnDisagreement();
     benchmark::RunSpecifiedBenchmarks();
   } catch (const std::exception& failure) {
     std::fprintf(stderr, "peers_bench: %s\n", failure.what());

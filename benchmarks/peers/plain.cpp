@@ -5,6 +5,7 @@
 
 #include "base/geodesy/wgs84.h"
 #include "candidates.h"
+#include "map_utils/vorel_geometry_algorithm.h"
 
 namespace peers {
 namespace {
@@ -29,13 +30,16 @@ double Length(const AnyLine& line) {
   return sum;
 }
 
-/// Keeps the first point of each segment and every later one farther than `spacing` from the last kept; no further one
-/// once 1501 are reached.
-Line Thinned(const std::vector<Line>& route, double spacing) {
+/// Keeps the first point of each segment and every later one outside of the box about the last kept or farther than
+/// `spacing` from it; no further one once 1501 are reached.
+Line Thinned(const std::vector<Line>& route, float spacing) {
   Line kept;
   for (const Line& segment : route) {
     for (std::size_t i = 0; i < segment.size() && kept.size() < 1501; ++i) {
-      if (i == 0 || Haversine(kept.back(), segment[i]) > spacing) kept.push_back(segment[i]);
+      if (i == 0 || !vorel::VorelGeometryAlgorithm::IsPointNearOtherOne(kept.back(), spacing, segment[i]) ||
+          Haversine(kept.back(), segment[i]) > static_cast<double>(spacing)) {
+        kept.push_back(segment[i]);
+      }
     }
   }
   return kept;
@@ -56,7 +60,7 @@ void AddPlain(const Inputs& inputs, Jobs& jobs) {
   for (const HeightLengthCase& c : inputs.heightLength)
     jobs.Add(c, "haversine", kSphereTolerance, [&c] { return Length(c.line); });
   for (const ThinningCase& c : inputs.thinning)
-    jobs.Add(c, "plain on haversine", 0.02, [&c] { return Thinned(c.route, c.spacing).size(); });
+    jobs.Add(c, "plain on haversine", 0.02, [&c] { return Thinned(c.route, static_cast<float>(c.spacing)).size(); });
 }
 
 }  // namespace peers

@@ -51,7 +51,7 @@ void AddLengths(const Inputs& inputs, Jobs& jobs) {
 void AddSampling(const Inputs& inputs, Jobs& jobs) {
   for (const SamplingCase& c : inputs.sampling) {
     const double interval = c.interval / kMeanRadius;
-    jobs.Add(c, "S2 walk", kSphereTolerance, [points = PreparedLine(c.line), interval,
+    jobs.Add(c, "S2 walk", kSampleTolerance, [points = PreparedLine(c.line), interval,
                                               out = std::vector<S2Point>()]() mutable {
       out.clear();
       out.push_back(points[0]);
