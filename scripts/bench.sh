@@ -68,4 +68,6 @@ if [ $peers = ON ]; then
   node_results=("$build/node.json")
 fi
 
-python3 tools/bench_table.py "$build/native.json" "${node_results[@]}" --build "$build" --out out "${write_docs[@]}"
+python=/usr/bin/python3  # the one for which Debian packages install
+[ -x $python ] || python=python3
+"$python" tools/bench_table.py "$build/native.json" "${node_results[@]}" --build "$build" --out out "${write_docs[@]}"

@@ -4,7 +4,8 @@
     tools/bench_table.py build/bench/native.json [build/bench/node.json] --build build/bench --out out [--write-docs]
 
 A candidate's figure is the median of its repetitions. The ratio says how many times as long a peer takes as the
-library: the peer's fastest repetition over the library's median. --write-docs also renews what stands between the
+library: the peer's fastest repetition over the library's median. Where the library's own parts stand beside a function
+("vorel: ..."), the share says how many times as long the function takes as they do, median over median. --write-docs also renews what stands between the
 markers in docs/performance.md, and docs/pictures/performance.svg.
 """
 
@@ -61,9 +62,9 @@ def native_rows(results):
         job, label, candidate = run["run_name"].split("|")
         row = rows.setdefault((job, label, candidate), {
             "job": job, "input": label, "candidate": candidate, "size": run["size"], "items": run["items"],
-            "unit": run["label"], "difference": run["difference"], "seconds": []})
+            "unit": run["label"], "difference": run["difference"], "order": run["family_index"], "seconds": []})
         row["seconds"].append(run["cpu_time"] * SECONDS_PER_UNIT[run["time_unit"]])
-    return list(rows.values())
+    return sorted(rows.values(), key=lambda row: row["order"])  # as registered: the runs come in random order
 
 
 def with_figures(rows):
@@ -75,7 +76,11 @@ def with_figures(rows):
     ours = {(row["job"], row["input"]): row["nanoseconds"] for row in rows if row["candidate"] == OURS}
     for row in rows:
         own = ours.get((row["job"], row["input"]))
-        row["ratio"] = row["fastest_nanoseconds"] / own if own and row["candidate"] != OURS else None
+        row["ratio"] = row["share"] = None
+        if own and row["candidate"].startswith(OURS + ": "):
+            row["share"] = own / row["nanoseconds"]
+        elif own and row["candidate"] != OURS:
+            row["ratio"] = row["fastest_nanoseconds"] / own
     return rows
 
 
@@ -94,9 +99,20 @@ def figure(value):
     return f"{value:.3g}" if value < 100 else f"{value:,.0f}"
 
 
-def peers_text(candidates):
-    return [(row["candidate"], figure(row["nanoseconds"]), f"{row['ratio']:.1f}") for row in candidates
-            if row["ratio"] is not None]
+def ratio_text(ratio):
+    return f"{ratio:.1f}" if ratio >= 1 else f"{ratio:.2f}"
+
+
+def peers_texts(candidates):
+    """What stands beside the library's figure, in words."""
+    texts = []
+    for row in candidates:
+        if row["ratio"] is not None:
+            texts.append(f"{row['candidate']}: {figure(row['nanoseconds'])} ({ratio_text(row['ratio'])})")
+        elif row["share"] is not None:
+            name = row["candidate"].split(": ")[1]
+            texts.append(f"{name}: {figure(row['nanoseconds'])} (we take {row['share']:.2f} times that)")
+    return texts
 
 
 def growths(inputs):
@@ -119,14 +135,14 @@ def growths(inputs):
 
 
 def print_table(by_job):
-    print(f"{'input':<46}{'unit':<9}{'vorel ns':>10}   peer: ns, times the time of vorel")
+    print(f"{'input':<46}{'unit':<9}{'vorel ns':>10}   peer: ns (its time over ours)")
     for job, inputs in by_job.items():
         print(f"\n{job}")
         growth = growths(inputs)
         for label, candidates in inputs:
             own = next((row for row in candidates if row["candidate"] == OURS), None)
-            peers = "; ".join(f"{name}: {time} ({ratio}x)" for name, time, ratio in peers_text(candidates))
-            grown = f"   [per element {growth[label]:.2f}x that of the smallest]" if label in growth else ""
+            peers = "; ".join(peers_texts(candidates))
+            grown = f"; growth {growth[label]:.2f}" if label in growth else ""
             print(f"  {label:<44}{candidates[0]['unit']:<9}{figure(own['nanoseconds']) if own else '-':>10}   "
                   f"{peers}{grown}")
 
@@ -140,7 +156,7 @@ def markdown(by_job, facts):
         growth = growths(inputs)
         for label, candidates in inputs:
             own = next((row for row in candidates if row["candidate"] == OURS), None)
-            peers = "<br>".join(f"{name}: {time} ({ratio})" for name, time, ratio in peers_text(candidates))
+            peers = "<br>".join(peers_texts(candidates))
             lines.append(f"| `{job}` | {label} | {candidates[0]['unit']} | "
                          f"{figure(own['nanoseconds']) if own else ''} | {peers} | "
                          f"{format(growth[label], '.2f') if label in growth else ''} |")
@@ -166,7 +182,7 @@ def draw(by_job, path):
         ticks.append((position, f"{job}, {wanted}: {figure(ours['nanoseconds'])} ns per {ours['unit']}"))
         position += 1.0
         for row in sorted((row for row in candidates if row["ratio"]), key=lambda row: row["ratio"]):
-            bars.append((position, row["ratio"], f"{row['candidate']}  {row['ratio']:.1f}"))
+            bars.append((position, row["ratio"], f"{row['candidate']}  {ratio_text(row['ratio'])}"))
             position += 1.0
         position += 0.6
     if not bars:
