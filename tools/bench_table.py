@@ -149,7 +149,8 @@ def print_table(by_job):
 
 def markdown(by_job, facts):
     lines = [f"Measured {facts['date']} on {facts['machine']}, {facts['system']}; {facts['compiler']}, "
-             f"{facts['flags']}; {facts['vector_path']}; {facts['data']}.", "",
+             f"{facts['flags']}; {facts['vector_path']}; {facts['data']}; load of the machine before the run "
+             f"{facts['load'][0] if facts['load'] else 'unknown'}.", "",
              "Versions: " + ", ".join(f"{name} {version}" for name, version in facts["versions"].items()) + ".", "",
              "| job | input | per | ours, ns | peer: ns (ratio) | growth |", "|---|---|---|---:|---|---:|"]
     for job, inputs in by_job.items():
@@ -192,11 +193,13 @@ def draw(by_job, path):
               color=["#3b7dd8" if ratio >= 1 else "#c0504d" for _, ratio, _ in bars], height=0.75)
     for at, ratio, text in bars:
         axes.text(max(ratio, 1) * 1.04, at, text, va="center", fontsize=7)
-    for at, text in ticks:
-        axes.text(0.32, at, text, va="center", fontsize=7.5, fontweight="bold")
+    left = 0.8 * min([0.4] + [ratio for _, ratio, _ in bars])
     axes.axvline(1, color="#333333", linewidth=1)
+    for at, text in ticks:
+        axes.text(left, at, text, va="center", fontsize=7.5, fontweight="bold",
+                  bbox={"facecolor": "white", "edgecolor": "none", "pad": 1})
     axes.set_xscale("log")
-    axes.set_xlim(0.3, 3 * max(ratio for _, ratio, _ in bars))
+    axes.set_xlim(left, 3 * max(ratio for _, ratio, _ in bars))
     axes.set_ylim(position, -1)
     axes.set_yticks([])
     axes.xaxis.set_major_formatter(lambda value, _: f"{value:g}")

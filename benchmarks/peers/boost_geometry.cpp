@@ -50,7 +50,8 @@ PlanarLine Prepared(const std::vector<LocalPoint>& points) {
 }
 
 template <class Point, class Strategy>
-void AddDistance(const DistanceCase& c, Jobs& jobs, const char* name, double tolerance, const Strategy& strategy) {
+void AddDistance(const DistanceCase& c, Jobs& jobs, const char* name, double tolerance,
+                 const Strategy& strategy) {
   struct PointPair {
     Point from;
     Point to;
@@ -97,7 +98,8 @@ void AddClipping(const Inputs& inputs, Jobs& jobs) {
     const bg::model::box<PlanarPoint> view({c.view.min.longitude, c.view.min.latitude},
                                            {c.view.max.longitude, c.view.max.latitude});
     jobs.Add(c, "Boost", 0.5,
-             [line = Prepared<PlanarLine>(c.line), view, pieces = bg::model::multi_linestring<PlanarLine>()]() mutable {
+             [line = Prepared<PlanarLine>(c.line), view,
+              pieces = bg::model::multi_linestring<PlanarLine>()]() mutable {
                pieces.clear();
                bg::intersection(line, view, pieces);
                return pieces.size();
@@ -108,7 +110,8 @@ void AddClipping(const Inputs& inputs, Jobs& jobs) {
 void AddContainment(const Inputs& inputs, Jobs& jobs) {
   for (const ContainmentCase& c : inputs.containment) {
     PlanarPolygon polygon;
-    for (const tarvo::GeoCoordinate& point : c.polygon) polygon.outer().emplace_back(point.longitude, point.latitude);
+    for (const tarvo::GeoCoordinate& point : c.polygon)
+      polygon.outer().emplace_back(point.longitude, point.latitude);
     polygon.outer().push_back(polygon.outer().front());
     const PlanarLine points = Prepared<PlanarLine>(c.points);
     // Points on the border do not count: on the level edge that is a fifth of them.

@@ -84,7 +84,8 @@ void AddLengths(const Inputs& inputs, Jobs& jobs) {
 void AddClipping(const Inputs& inputs, Jobs& jobs) {
   for (const ClippingCase& c : inputs.clipping) {
     const std::shared_ptr<LineString> line = PreparedLine(c.line);
-    const Rectangle view(c.view.min.longitude, c.view.min.latitude, c.view.max.longitude, c.view.max.latitude);
+    const Rectangle view(c.view.min.longitude, c.view.min.latitude, c.view.max.longitude,
+                         c.view.max.latitude);
     const auto clip = [line, view] { return RectangleIntersection::clip(*line, view); };
     jobs.Add(c, "GEOS", 0.5, clip, [clip] {
       const std::unique_ptr<Geometry> pieces = clip();
@@ -98,20 +99,23 @@ void AddContainment(const Inputs& inputs, Jobs& jobs) {
     Line ring = c.polygon;
     ring.push_back(ring.front());
     const std::shared_ptr<CoordinateSequence> sequence = Sequence(Prepared(ring));
-    const std::shared_ptr<Geometry> polygon = Factory().createPolygon(Factory().createLinearRing(Sequence(Prepared(ring))));
+    const std::shared_ptr<Geometry> polygon =
+        Factory().createPolygon(Factory().createLinearRing(Sequence(Prepared(ring))));
     const auto locator = std::make_shared<IndexedPointInAreaLocator>(*polygon);
     const std::vector<Coordinate> points = Prepared(c.points);
     locator->locate(&points[0]);  // builds the index
     jobs.Add(c, "GEOS plain", 0.03, [sequence, points] {
       std::size_t inside = 0;
       for (const Coordinate& point : points) {
-        inside += geos::algorithm::PointLocation::locateInRing(point, *sequence) != Location::EXTERIOR ? 1u : 0u;
+        inside +=
+            geos::algorithm::PointLocation::locateInRing(point, *sequence) != Location::EXTERIOR ? 1u : 0u;
       }
       return inside;
     });
     jobs.Add(c, "GEOS indexed", 0.03, [polygon, locator, points] {
       std::size_t inside = 0;
-      for (const Coordinate& point : points) inside += locator->locate(&point) != Location::EXTERIOR ? 1u : 0u;
+      for (const Coordinate& point : points)
+        inside += locator->locate(&point) != Location::EXTERIOR ? 1u : 0u;
       return inside;
     });
   }
@@ -176,9 +180,8 @@ void AddOffset(const Inputs& inputs, Jobs& jobs) {
       return std::unique_ptr<Geometry>(builder.buffer(lane.get(), kOffset));
     };
     // The area of the strip between the line and its offset is their mean length times the offset.
-    jobs.Add(c, "GEOS one-sided buffer", 0.05, buffer, [buffer, lane]() mutable {
-      return 2.0 * buffer()->getArea() / kOffset - lane->getLength();
-    });
+    jobs.Add(c, "GEOS one-sided buffer", 0.05, buffer,
+             [buffer, lane]() mutable { return 2.0 * buffer()->getArea() / kOffset - lane->getLength(); });
   }
 }
 

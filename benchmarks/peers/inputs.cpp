@@ -128,7 +128,8 @@ void AddClipping(Inputs& inputs) {
                                        Around({0.2 * span, -0.2 * span}, 0.1 * span)));
   }
   Line zigzag;
-  for (int i = 0; i < 10000; ++i) zigzag.emplace_back(kLongitude + 2e-4 * i, kLatitude + (i % 2 ? 1e-4 : -1e-4));
+  for (int i = 0; i < 10000; ++i)
+    zigzag.emplace_back(kLongitude + 2e-4 * i, kLatitude + (i % 2 ? 1e-4 : -1e-4));
   inputs.clipping.push_back(
       Clipping("each of 10,000 segments crosses the border", zigzag, {{0.0, kLatitude}, {90.0, 90.0}}));
 }
@@ -136,8 +137,8 @@ void AddClipping(Inputs& inputs) {
 void AddSymbols(Inputs& inputs) {
   for (const std::size_t size : {100u, 10000u, 1000000u}) {
     const Line road = Road(size);
-    ClippingCase c = OfLine<ClippingCase>("GetInterpolateShapePoints",
-                                          "city view, route of " + WithThousands(size), road);
+    ClippingCase c =
+        OfLine<ClippingCase>("GetInterpolateShapePoints", "city view, route of " + WithThousands(size), road);
     c.view = CityView(road);
     inputs.symbols.push_back(c);
   }
@@ -227,8 +228,10 @@ void AddLanes(Inputs& inputs) {
   for (const int size : {10, 100, 1000}) {
     const std::string count = WithThousands(static_cast<std::size_t>(size));
     inputs.projection.push_back(Projection("lane of " + count, bench::Lane(size), false));
-    inputs.projection.push_back(Projection("lane of " + count + ", match at the far end", bench::Lane(size), true));
-    OffsetCase lane = Named<OffsetCase>("PanLinePoints", "lane of " + count, static_cast<std::size_t>(size), "point");
+    inputs.projection.push_back(
+        Projection("lane of " + count + ", match at the far end", bench::Lane(size), true));
+    OffsetCase lane =
+        Named<OffsetCase>("PanLinePoints", "lane of " + count, static_cast<std::size_t>(size), "point");
     lane.lane = bench::Lane(size);
     inputs.offset.push_back(lane);
     OffsetCase stairs =
@@ -241,10 +244,9 @@ void AddLanes(Inputs& inputs) {
 void AddThinning(Inputs& inputs) {
   for (const std::size_t size : {100u, 1000u, 10000u}) {
     for (const double spacing : {200.0, 10000.0}) {
-      ThinningCase c = Named<ThinningCase>("PreProcessRoutePoints",
-                                           (spacing < 1000.0 ? "200 m, route of " : "10 km, route of ") +
-                                               WithThousands(size),
-                                           size, "vertex");
+      ThinningCase c = Named<ThinningCase>(
+          "PreProcessRoutePoints",
+          (spacing < 1000.0 ? "200 m, route of " : "10 km, route of ") + WithThousands(size), size, "vertex");
       const Line road = Road(size);
       c.spacing = spacing;
       for (auto from = road.begin(); from != road.end(); from += static_cast<std::ptrdiff_t>(size / 10))
@@ -258,14 +260,16 @@ void AddThinning(Inputs& inputs) {
 LineZ LongestRealLine(const std::string& folder, const std::string& file) {
   LineZ longest;
   for (const testsupport::NamedLineZ& line : testsupport::RealLinesZ(folder)) {
-    if (line.name.compare(0, file.size(), file) == 0 && line.points.size() > longest.size()) longest = line.points;
+    if (line.name.compare(0, file.size(), file) == 0 && line.points.size() > longest.size())
+      longest = line.points;
   }
   return longest;
 }
 
 void AddRealLines(Inputs& inputs) {
-  for (const auto& [file, name] : {std::pair<const char*, const char*>{"andorra_mountain", "real mountain route"},
-                                   {"monaco_city", "real city route"}}) {
+  for (const auto& [file, name] :
+       {std::pair<const char*, const char*>{"andorra_mountain", "real mountain route"},
+        {"monaco_city", "real city route"}}) {
     const LineZ withHeight = LongestRealLine("routes", file);
     if (withHeight.empty()) continue;
     const Line line = testsupport::WithoutHeight(withHeight);

@@ -12,7 +12,8 @@
 int main(int argc, char** argv) {
   benchmark::Initialize(&argc, argv);
   const std::string writeInputs = "--write-inputs=";
-  const bool onlyInputs = argc == 2 && writeInputs.compare(0, writeInputs.size(), argv[1], 0, writeInputs.size()) == 0;
+  const bool onlyInputs =
+      argc == 2 && writeInputs.compare(0, writeInputs.size(), argv[1], 0, writeInputs.size()) == 0;
   if (!onlyInputs && benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
   try {
     const peers::Inputs inputs = peers::MakeInputs();

@@ -60,7 +60,8 @@ void AddPlain(const Inputs& inputs, Jobs& jobs) {
   for (const HeightLengthCase& c : inputs.heightLength)
     jobs.Add(c, "haversine", kSphereTolerance, [&c] { return Length(c.line); });
   for (const ThinningCase& c : inputs.thinning)
-    jobs.Add(c, "plain on haversine", 0.02, [&c] { return Thinned(c.route, static_cast<float>(c.spacing)).size(); });
+    jobs.Add(c, "plain on haversine", 0.02,
+             [&c] { return Thinned(c.route, static_cast<float>(c.spacing)).size(); });
 }
 
 }  // namespace peers

@@ -14,7 +14,8 @@ void AddProj(const Inputs& inputs, Jobs& jobs) {
       double sum = 0.0;
       for (const auto& [from, to] : c.pairs) {
         double metres = 0.0;
-        geod_inverse(&wgs84, from.latitude, from.longitude, to.latitude, to.longitude, &metres, nullptr, nullptr);
+        geod_inverse(&wgs84, from.latitude, from.longitude, to.latitude, to.longitude, &metres, nullptr,
+                     nullptr);
         sum += metres;
       }
       return sum;

@@ -51,19 +51,19 @@ void AddLengths(const Inputs& inputs, Jobs& jobs) {
 void AddSampling(const Inputs& inputs, Jobs& jobs) {
   for (const SamplingCase& c : inputs.sampling) {
     const double interval = c.interval / kMeanRadius;
-    jobs.Add(c, "S2 walk", kSampleTolerance, [points = PreparedLine(c.line), interval,
-                                              out = std::vector<S2Point>()]() mutable {
-      out.clear();
-      out.push_back(points[0]);
-      double next = interval;  // radians from the segment's start to the next sample
-      for (std::size_t i = 1; i < points.size(); ++i) {
-        const double length = S1Angle(points[i - 1], points[i]).radians();
-        for (; next <= length; next += interval)
-          out.push_back(S2::GetPointOnLine(points[i - 1], points[i], S1Angle::Radians(next)));
-        next -= length;
-      }
-      return out.size();
-    });
+    jobs.Add(c, "S2 walk", kSampleTolerance,
+             [points = PreparedLine(c.line), interval, out = std::vector<S2Point>()]() mutable {
+               out.clear();
+               out.push_back(points[0]);
+               double next = interval;  // radians from the segment's start to the next sample
+               for (std::size_t i = 1; i < points.size(); ++i) {
+                 const double length = S1Angle(points[i - 1], points[i]).radians();
+                 for (; next <= length; next += interval)
+                   out.push_back(S2::GetPointOnLine(points[i - 1], points[i], S1Angle::Radians(next)));
+                 next -= length;
+               }
+               return out.size();
+             });
   }
 }
 

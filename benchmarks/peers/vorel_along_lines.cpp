@@ -63,7 +63,8 @@ void AddSampling(const Inputs& inputs, Jobs& jobs, const VectorPath& path) {
 /// Beside the one call stands the sum of its parts: the cut, then the samples of each piece.
 void AddSymbols(const Inputs& inputs, Jobs& jobs, const VectorPath& path) {
   for (const ClippingCase& c : inputs.symbols) {
-    const auto whole = [&c, out = std::vector<Line>(), area = Line(), owner = std::string("bench")]() mutable {
+    const auto whole = [&c, out = std::vector<Line>(), area = Line(),
+                        owner = std::string("bench")]() mutable {
       Algorithm::GetInterpolateShapePoints(c.line, true, c.view, area, 50, owner, out);
       return CountAll(out);
     };
@@ -85,19 +86,21 @@ void AddSymbols(const Inputs& inputs, Jobs& jobs, const VectorPath& path) {
 
 /// Functions that walk a line and measure each segment, each beside the bare length of the same segments.
 template <class Make>
-void AddWalk(const Inputs& inputs, Jobs& jobs, const VectorPath& path, const std::string& job, double walkedShare,
-             const Make& makeWork) {
+void AddWalk(const Inputs& inputs, Jobs& jobs, const VectorPath& path, const std::string& job,
+             double walkedShare, const Make& makeWork) {
   for (const LengthCase& walked : inputs.walking) {
     JobCase c = walked;
     c.job = job;
     const auto vertexCount = static_cast<std::size_t>(walkedShare * c.size);
     c.items = static_cast<double>(vertexCount);
-    const auto length = [line = Line(walked.line.begin(), walked.line.begin() + static_cast<std::ptrdiff_t>(vertexCount))] {
-      return Length(line);
-    };
+    const auto length =
+        [line = Line(walked.line.begin(), walked.line.begin() + static_cast<std::ptrdiff_t>(vertexCount))] {
+          return Length(line);
+        };
     const double metres = length();
     const auto work = makeWork(walked.line, metres);
-    jobs.Add(c, path.candidate, 0.0, work, [metres] { return metres; }, path.choose);
+    jobs.Add(
+        c, path.candidate, 0.0, work, [metres] { return metres; }, path.choose);
     jobs.Add(c, path.candidate + ": bare length", 0.0, length, length, path.choose);
   }
 }
@@ -111,7 +114,8 @@ void AddWalks(const Inputs& inputs, Jobs& jobs, const VectorPath& path) {
   });
   const auto behind = [](const Line& line, double metres) {
     return [&line, metres, out = Line()]() mutable {
-      return Algorithm::ChoosePointsInPolyline(line.data(), static_cast<unsigned>(line.size()), metres - 1e-6, out);
+      return Algorithm::ChoosePointsInPolyline(line.data(), static_cast<unsigned>(line.size()), metres - 1e-6,
+                                               out);
     };
   };
   AddWalk(inputs, jobs, path, "ChoosePointsInPolyline, cut half way", 0.5, behind);

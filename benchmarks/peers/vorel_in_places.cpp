@@ -28,7 +28,8 @@ void AddContainment(const Inputs& inputs, Jobs& jobs, const VectorPath& path) {
   for (const ContainmentCase& c : inputs.containment) {
     const auto work = [&c] {
       std::size_t inside = 0;
-      for (const GeoCoordinate& point : c.points) inside += Algorithm::IsPointInPolygon(c.polygon, point) ? 1u : 0u;
+      for (const GeoCoordinate& point : c.points)
+        inside += Algorithm::IsPointInPolygon(c.polygon, point) ? 1u : 0u;
       return inside;
     };
     jobs.Add(c, path.candidate, 0.0, work, work, path.choose);
