@@ -1,0 +1,32 @@
+// GeographicLib: exact geodesics on the ellipsoid.
+
+#include <GeographicLib/Geodesic.hpp>
+
+#include "candidates.h"
+
+namespace peers {
+
+void AddGeographicLib(const Inputs& inputs, Jobs& jobs) {
+  const GeographicLib::Geodesic& wgs84 = GeographicLib::Geodesic::WGS84();
+  const auto distance = [&wgs84](const tarvo::GeoCoordinate& a, const tarvo::GeoCoordinate& b) {
+    double metres = 0.0;
+    wgs84.Inverse(a.latitude, a.longitude, b.latitude, b.longitude, metres);
+    return metres;
+  };
+  for (const DistanceCase& c : inputs.distance) {
+    jobs.Add(c, "GeographicLib", kEllipsoidTolerance, [&c, distance] {
+      double sum = 0.0;
+      for (const auto& [from, to] : c.pairs) sum += distance(from, to);
+      return sum;
+    });
+  }
+  for (const LengthCase& c : inputs.length) {
+    jobs.Add(c, "GeographicLib", kEllipsoidTolerance, [&c, distance] {
+      double sum = 0.0;
+      for (std::size_t i = 1; i < c.line.size(); ++i) sum += distance(c.line[i - 1], c.line[i]);
+      return sum;
+    });
+  }
+}
+
+}  // namespace peers
