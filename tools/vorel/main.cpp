@@ -1,3 +1,6 @@
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdio>
@@ -33,6 +36,32 @@ int PrintToStandardOutput(const std::string& text) {
                  : PrintFailure("standard output: cannot be written", vorel::tool::kExitBadInput);
 }
 
+/// What is wrong with the command line, in the words of the other messages.
+std::string ArgumentProblem(const CLI::App& program, const CLI::ParseError& problem) {
+  const std::string text = problem.what();
+  if (dynamic_cast<const CLI::ExtrasError*>(&problem) != nullptr) {
+    const std::vector<std::string> unknown = program.remaining(true);
+    if (unknown.empty()) return text;
+    if (unknown[0].size() > 1 && unknown[0][0] == '-') return "unknown option " + unknown[0];
+    return (program.get_subcommands().empty() ? "unknown command " : "unexpected argument ") + unknown[0];
+  }
+  const std::string option = text.substr(0, text.find(':'));
+  if (text.find(" required but received ") != std::string::npos) return option + ": is given more than once";
+  if (text.find(" required ") != std::string::npos) return option + ": needs a value";
+  const std::size_t overridden = text.find(" was given a disallowed flag override");
+  if (overridden != std::string::npos) return "--" + text.substr(0, overridden) + ": takes no value";
+  return text;
+}
+
+/// A standard stream that the caller closed must not become the number of a file opened here.
+void OccupyClosedStandardStreams() {
+  for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    if (fcntl(descriptor, F_GETFD) != -1) continue;
+    // The wrong direction on purpose: using the stream fails as it would have.
+    (void)!open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+  }
+}
+
 int RunProgram(int argc, char** argv) {
   CLI::App program(
       "Geometry of map and navigation clients, on GeoJSON files.\n"
@@ -51,7 +80,8 @@ int RunProgram(int argc, char** argv) {
       "Examples\n"
       "  vorel symbols drive.geojson --spacing 50 --picture drive.svg\n"
       "  vorel symbols --help");
-  program.require_subcommand(1);
+
+  program.require_subcommand(0, 1);
 
   const std::vector<Command> commands = {vorel::tool::AddSymbolsCommand(program)};
   try {
@@ -61,10 +91,14 @@ int RunProgram(int argc, char** argv) {
   } catch (const CLI::CallForHelp&) {
     return PrintToStandardOutput(program.help());
   } catch (const CLI::ParseError& problem) {
-    return PrintFailure(std::string(problem.what()) + " (vorel --help explains)", vorel::tool::kExitBadInput);
+    return PrintFailure(ArgumentProblem(program, problem) + " (vorel --help explains)",
+                        vorel::tool::kExitBadInput);
   }
   const auto chosen = std::find_if(commands.begin(), commands.end(),
                                    [](const Command& command) { return command.arguments->parsed(); });
+  if (chosen == commands.end()) {
+    return PrintFailure("no command is given (vorel --help explains)", vorel::tool::kExitBadInput);
+  }
   chosen->run();
   return vorel::tool::kExitFine;
 }
@@ -72,6 +106,7 @@ int RunProgram(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  OccupyClosedStandardStreams();
   vorel::tool::RemoveTemporaryFilesOnSignals();
   try {
     return RunProgram(argc, argv);

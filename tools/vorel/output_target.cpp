@@ -12,7 +12,6 @@
 #include <filesystem>
 #include <system_error>
 #include <utility>
-#include <vector>
 
 #include "tools/vorel/failure.h"
 #include "tools/vorel/text_source.h"
@@ -187,7 +186,15 @@ void OutputTarget::Finish() {
   }
 }
 
-void OutputTarget::Publish() {
+void OutputTarget::Publish(const std::vector<OutputTarget*>& targets) {
+  for (const Kind kind : {Kind::kSpecialFile, Kind::kStandardOutput, Kind::kFile}) {
+    for (OutputTarget* const target : targets) {
+      if (target != nullptr && target->kind_ == kind) target->PublishOne();
+    }
+  }
+}
+
+void OutputTarget::PublishOne() {
   if (kind_ == Kind::kFile) {
     const SignalsBlocked blocked;
     if (rename(temporaryPath_.c_str(), resolvedPath_.c_str()) != 0) {

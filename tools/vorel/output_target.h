@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "tools/vorel/spool.h"
 
@@ -32,8 +33,10 @@ class OutputTarget {
   /// After the last `Write`: flushes, so that a full disk shows before any target is published.
   void Finish();
 
-  /// After `Finish`: the text appears under its name.
-  void Publish();
+  /// After `Finish`: the texts appear under their names. What may still fail goes first: devices and pipes, then
+  /// standard output; nothing but renaming is left after that.
+  /// @param targets  null pointers are passed over
+  static void Publish(const std::vector<OutputTarget*>& targets);
 
   /// Throws `BadInput` when this is the file that `source` reads, by whatever name, link or redirection.
   void RefuseSameFileAs(const TextSource& source) const;
@@ -42,9 +45,10 @@ class OutputTarget {
   void RefuseSameFileAs(const OutputTarget& other) const;
 
  private:
-  enum class Kind { kStandardOutput, kSpecialFile, kFile };
+  enum class Kind { kSpecialFile, kStandardOutput, kFile };  // in the order of publishing
 
   void Flush();
+  void PublishOne();
   std::string Label() const;
 
   std::string option_;

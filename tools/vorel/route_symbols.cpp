@@ -1,5 +1,6 @@
 #include "tools/vorel/route_symbols.h"
 
+#include <algorithm>
 #include <stdexcept>
 #include <utility>
 
@@ -65,8 +66,11 @@ RouteSymbolPlacer::RouteSymbolPlacer(const GeoRect& view, int spacingMetres, Lin
 void RouteSymbolPlacer::Place(const Line& line, const std::string& owner,
                               std::vector<RoutePiece>& pieces) const {
   pieces.clear();
+  std::vector<int> turnsInOrder = TurnsIntoView(BoundsOf(line), view_);
+  // What lies farther east comes into the view with a smaller shift.
+  if (line.front().longitude < line.back().longitude) std::reverse(turnsInOrder.begin(), turnsInOrder.end());
   Line shifted;
-  for (const int turns : TurnsIntoView(BoundsOf(line), view_)) {
+  for (const int turns : turnsInOrder) {
     if (turns == 0) {
       PlaceShifted(line, owner, pieces);
       continue;

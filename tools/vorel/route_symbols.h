@@ -40,8 +40,8 @@ class RouteSymbolPlacer {
   ///                       symbols of the route must lie in
   RouteSymbolPlacer(const GeoRect& view, int spacingMetres, std::vector<tarvo::GeoCoordinate> area);
 
-  /// The pieces of one line, in order along it; a line that passes the view more than once on its way around the
-  /// earth turn by turn. `pieces` is cleared first.
+  /// The pieces of one line, in order along it; of a line that passes the view on several turns around the earth,
+  /// turn by turn in the direction in which it ends. `pieces` is cleared first.
   ///
   /// @param line   longitudes unwrapped, anywhere on the strip; shifted to the view here
   /// @param owner  what log records call it

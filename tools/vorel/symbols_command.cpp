@@ -55,11 +55,11 @@ Examples
 
 struct Options {
   std::string route = "-";
-  std::string view;
+  std::optional<std::string> view;
   std::string spacing = "100";
-  std::string area;
+  std::optional<std::string> area;
   std::string out = "-";
-  std::string picture;
+  std::optional<std::string> picture;
   bool verbose = false;
 };
 
@@ -69,11 +69,12 @@ class VerboseLogging {
   VerboseLogging() {
     plog::Logger::Register(logging::vorel_log_instance_id_, plog::LogLevel::kDebug,
                            {std::make_shared<plog::StreamSink>(std::cerr)});
-    logging::SetElapsedTimeListener([](const std::string& owner, const std::string& name,
-                                       std::chrono::nanoseconds elapsed) {
-      const double milliseconds = std::chrono::duration<double, std::milli>(elapsed).count();
-      std::cerr << "[" << OneLine(owner) << "] " << name << ": " << FixedNumber(milliseconds, 3) << " ms\n";
-    });
+    logging::SetElapsedTimeListener(
+        [](const std::string& owner, const std::string& name, std::chrono::nanoseconds elapsed) {
+          const double milliseconds = std::chrono::duration<double, std::milli>(elapsed).count();
+          std::cerr << "[" << OneLine(owner) << "] " << name << ": elapsed " << FixedNumber(milliseconds, 3)
+                    << " ms\n";
+        });
   }
   VerboseLogging(const VerboseLogging&) = delete;
   VerboseLogging& operator=(const VerboseLogging&) = delete;
@@ -100,12 +101,12 @@ class SymbolsRun {
     if (options.route == "-" && isatty(STDIN_FILENO) == 1) {
       throw BadInput("no ROUTE is given, and standard input is a terminal");
     }
-    if (!options.view.empty()) view_ = ParseView(options.view, "--view");
-    if (!options.area.empty()) {
-      if (options.area == "-" && options.route == "-") {
+    if (options.view) view_ = ParseView(*options.view, "--view");
+    if (options.area) {
+      if (*options.area == "-" && options.route == "-") {
         throw BadInput("--area -: standard input is read for the route already");
       }
-      area_.emplace(options.area);
+      area_.emplace(*options.area);
     }
     OpenTargets();
   }
@@ -136,8 +137,7 @@ class SymbolsRun {
     });
     writer.Finish();
     if (picture) picture->Write(Title(), Subtitles(*picture), *picture_);
-    out_->Publish();
-    if (picture_) picture_->Publish();
+    OutputTarget::Publish({&*out_, picture_ ? &*picture_ : nullptr});
     if (geometriesLeftOut_ > 0) {
       PrintNote(route_.name() + ": left out " + Counted(geometriesLeftOut_, "object") + " that are no lines");
     }
@@ -147,9 +147,9 @@ class SymbolsRun {
  private:
   void OpenTargets() {
     out_.emplace("--out", options_.out);
-    if (!options_.picture.empty()) {
-      if (options_.picture == "-") throw BadInput("--picture -: the picture needs a file of its own");
-      picture_.emplace("--picture", options_.picture);
+    if (options_.picture) {
+      if (*options_.picture == "-") throw BadInput("--picture -: the picture needs a file of its own");
+      picture_.emplace("--picture", *options_.picture);
       picture_->RefuseSameFileAs(*out_);
     }
     for (const std::optional<OutputTarget>* target : {&out_, &picture_}) {
@@ -288,8 +288,10 @@ Command AddSymbolsCommand(CLI::App& program) {
       ->add_option("--picture", options->picture,
                    "Also draw a map of route, view, pieces and symbols, as SVG.\nDefault: none")
       ->type_name("FILE");
-  arguments->add_flag("--verbose", options->verbose,
-                      "Show the library's log records and elapsed times on standard error");
+  arguments
+      ->add_flag("--verbose", options->verbose,
+                 "Show the library's log records and elapsed times on standard error")
+      ->disable_flag_override();
   arguments->footer(kExplanation);
   return {arguments, [options] { SymbolsRun(*options).Run(); }};
 }
