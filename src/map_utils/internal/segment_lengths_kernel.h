@@ -1,24 +1,67 @@
 #ifndef VOREL_MAP_UTILS_INTERNAL_SEGMENT_LENGTHS_KERNEL_H_
 #define VOREL_MAP_UTILS_INTERNAL_SEGMENT_LENGTHS_KERNEL_H_
 
-// The vector form of `SegmentLengths`, written once for every width. Included by sources that are compiled for one
-// instruction set each, after the pragma that selects it; everything in here has internal linkage, so that the linker
-// cannot take a copy made for one instruction set in place of another.
+// Measures several segments at once, written once for every width of vector.
+//
+// The bits are those of tarvo::geodesy::Distance: each lane goes through the very expressions of the scalar distance
+// (base/geodesy/near_series.h), and a vector operation rounds each lane as the scalar operation rounds its one value;
+// products and sums are never fused. A vector is measured only when every segment in it is near in the sense of
+// tarvo::geodesy::IsNear; all others are left to the scalar distance. The test here is stricter and cheaper than
+// IsNear: see kNearSquare.
+//
+// Included by sources that are compiled for one instruction set each, after the pragma that selects it. Everything in
+// here has internal linkage, so that the linker cannot take a copy made for one instruction set in place of another.
+
+#if defined(__has_builtin)
+#if __has_builtin(__builtin_shufflevector)
+#if defined(__SSE2__) || defined(__aarch64__)
+#define VOREL_HAVE_SEGMENT_VECTORS
+#endif
+#endif
+#endif
+
+#ifdef VOREL_HAVE_SEGMENT_VECTORS
 
 #include "base/geo_coordinate.h"
 #include "base/geodesy/near_series.h"
+#include "map_utils/internal/segment_lengths.h"
+
+#if defined(__SSE2__)
+#include <immintrin.h>
+#else
+#include <arm_neon.h>
+#endif
+
+#define VOREL_KERNEL_INLINE static inline __attribute__((always_inline))
 
 namespace vorel {
 namespace internal {
 namespace {
 
+/// Squares of degrees. With u and v the differences of latitude and longitude and s the sum of the latitudes,
+/// u^2 + v^2 <= kNearSquare says |u|, |v| < kNearLimit, for the square of a difference beyond it rounds to at least
+/// 0.00999...; with s^2 <= kLatitudeSumSquare, |s| <= 179.5, no latitude is beyond (179.5 + 0.1) / 2 < 90. A NaN or
+/// an infinity anywhere makes a side NaN or infinite, and the test fails.
+constexpr double kNearSquare = 0.0099;
+constexpr double kLatitudeSumSquare = 179.5 * 179.5;
+static_assert(kNearSquare < 0.999 * tarvo::geodesy::kNearLimit * tarvo::geodesy::kNearLimit,
+              "room for the rounding of squares and their sum");
+
 using Pair = double __attribute__((vector_size(16)));  // longitude and latitude of one point
 
-static inline __attribute__((always_inline)) Pair LoadPoint(const tarvo::GeoCoordinate& point) {
+VOREL_KERNEL_INLINE Pair LoadPoint(const tarvo::GeoCoordinate& point) {
   Pair pair;
   __builtin_memcpy(&pair, &point, sizeof pair);
   return pair;
 }
+
+/// What the distances of neighbouring points are made of, one segment per lane.
+template <class Doubles>
+struct Differences {
+  Doubles longitude;
+  Doubles latitude;
+  Doubles latitudeSum;
+};
 
 /// Two segments at a time: the lanes of SSE2 and NEON.
 struct TwoLanes {
@@ -26,71 +69,133 @@ struct TwoLanes {
   using Mask = long long __attribute__((vector_size(16)));
   static constexpr std::size_t kCount = 2;
 
+  /// Differences and sums are taken while a point's coordinates stand side by side; that leaves three shuffles.
   template <class Point>
-  static inline __attribute__((always_inline)) void Load(const Point* points, Doubles& longitudes,
-                                                         Doubles& latitudes) {
-    const Pair first = LoadPoint(points[0]);
-    const Pair second = LoadPoint(points[1]);
-    longitudes = __builtin_shufflevector(first, second, 0, 2);
-    latitudes = __builtin_shufflevector(first, second, 1, 3);
+  VOREL_KERNEL_INLINE Differences<Doubles> Load(const Point* points) {
+    const Pair point0 = LoadPoint(points[0]);
+    const Pair point1 = LoadPoint(points[1]);
+    const Pair point2 = LoadPoint(points[2]);
+    const Pair difference0 = point1 - point0;
+    const Pair difference1 = point2 - point1;
+    return {__builtin_shufflevector(difference0, difference1, 0, 2),
+            __builtin_shufflevector(difference0, difference1, 1, 3),
+            __builtin_shufflevector(point0 + point1, point1 + point2, 1, 3)};
   }
+
+#if defined(__SSE2__)
+  VOREL_KERNEL_INLINE Doubles SquareRoot(Doubles value) {
+    return _mm_sqrt_pd(value);
+  }
+  VOREL_KERNEL_INLINE bool IsAllSet(Mask mask) {
+    return _mm_movemask_pd(reinterpret_cast<__m128d>(mask)) == 3;
+  }
+#else
+  VOREL_KERNEL_INLINE Doubles SquareRoot(Doubles value) {
+    return vsqrtq_f64(value);
+  }
+  VOREL_KERNEL_INLINE bool IsAllSet(Mask mask) {
+    return vminvq_u32(reinterpret_cast<uint32x4_t>(mask)) != 0;
+  }
+#endif
 };
 
 #ifdef VOREL_KERNEL_FOUR_LANES
-/// Four segments at a time.
+/// Four segments at a time: AVX2.
 struct FourLanes {
   using Doubles = double __attribute__((vector_size(32)));
   using Mask = long long __attribute__((vector_size(32)));
   static constexpr std::size_t kCount = 4;
 
   template <class Point>
-  static inline __attribute__((always_inline)) void Load(const Point* points, Doubles& longitudes,
-                                                         Doubles& latitudes) {
-    const Doubles even = __builtin_shufflevector(LoadPoint(points[0]), LoadPoint(points[2]), 0, 1, 2, 3);
-    const Doubles odd = __builtin_shufflevector(LoadPoint(points[1]), LoadPoint(points[3]), 0, 1, 2, 3);
-    longitudes = __builtin_shufflevector(even, odd, 0, 4, 2, 6);
-    latitudes = __builtin_shufflevector(even, odd, 1, 5, 3, 7);
+  VOREL_KERNEL_INLINE Doubles LoadPoints(const Point& low, const Point& high) {
+    return __builtin_shufflevector(LoadPoint(low), LoadPoint(high), 0, 1, 2, 3);
+  }
+
+  /// As with two lanes, with every other segment side by side, so that the shuffles leave them in order.
+  template <class Point>
+  VOREL_KERNEL_INLINE Differences<Doubles> Load(const Point* points) {
+    const Doubles points02 = LoadPoints(points[0], points[2]);
+    const Doubles points13 = LoadPoints(points[1], points[3]);
+    const Doubles points24 = LoadPoints(points[2], points[4]);
+    const Doubles difference02 = points13 - points02;
+    const Doubles difference13 = points24 - points13;
+    return {__builtin_shufflevector(difference02, difference13, 0, 4, 2, 6),
+            __builtin_shufflevector(difference02, difference13, 1, 5, 3, 7),
+            __builtin_shufflevector(points02 + points13, points13 + points24, 1, 5, 3, 7)};
+  }
+
+  VOREL_KERNEL_INLINE Doubles SquareRoot(Doubles value) { return _mm256_sqrt_pd(value); }
+  VOREL_KERNEL_INLINE bool IsAllSet(Mask mask) {
+    return _mm256_movemask_pd(reinterpret_cast<__m256d>(mask)) == 15;
   }
 };
 #endif
 
-/// All bits set in each lane whose magnitude is at most the limit; a NaN is not.
-template <class Lanes>
-static inline __attribute__((always_inline)) typename Lanes::Mask IsWithin(typename Lanes::Doubles value, double limit) {
-  return (value <= limit) & (value >= -limit);
+/// Squared lengths of the first segments, as many as a vector holds. False when one of them may not be near; then
+/// `squares` means nothing.
+template <class Lanes, class Point>
+VOREL_KERNEL_INLINE bool MeasureSquares(const Point* points, typename Lanes::Doubles& squares) {
+  using Doubles = typename Lanes::Doubles;
+  const Differences<Doubles> d = Lanes::Load(points);
+  squares = tarvo::geodesy::NearSquaredDistance<Doubles>(d.latitude, d.longitude, d.latitudeSum);
+  const typename Lanes::Mask isNear = d.latitude * d.latitude + d.longitude * d.longitude <= kNearSquare;
+  const typename Lanes::Mask isOffThePoles = d.latitudeSum * d.latitudeSum <= kLatitudeSumSquare;
+  return Lanes::IsAllSet(isNear & isOffThePoles);
 }
 
-/// Measures the leading segments, as many as fill whole vectors, and returns their number; `allNear` tells whether all
-/// of them may be measured so. The square root is left to the caller's loop over the block.
+/// The segments that do not fill a vector are measured in one that reaches back over the segments before.
 template <class Lanes, class Point>
-static inline __attribute__((always_inline)) std::size_t MeasureNearSegments(const Point* points,
-                                                                            std::size_t segmentCount,
-                                                                            double* squaredLengths, bool& allNear) {
-  using Doubles = typename Lanes::Doubles;
-  const std::size_t vectorCount = segmentCount / Lanes::kCount;
-  typename Lanes::Mask isNear = ~typename Lanes::Mask{};
-  for (std::size_t vector = 0; vector < vectorCount; ++vector) {
-    const std::size_t i = vector * Lanes::kCount;
-    Doubles startLongitude, startLatitude, endLongitude, endLatitude;
-    Lanes::Load(points + i, startLongitude, startLatitude);
-    Lanes::Load(points + i + 1, endLongitude, endLatitude);
-    const Doubles latitudeDifference = endLatitude - startLatitude;
-    const Doubles longitudeDifference = endLongitude - startLongitude;
-    isNear &= IsWithin<Lanes>(latitudeDifference, tarvo::geodesy::kNearLimit) &
-              IsWithin<Lanes>(longitudeDifference, tarvo::geodesy::kNearLimit) &
-              IsWithin<Lanes>(startLatitude, tarvo::geodesy::kPoleLatitude) &
-              IsWithin<Lanes>(endLatitude, tarvo::geodesy::kPoleLatitude);
-    const Doubles squared = tarvo::geodesy::NearSquaredDistance<Doubles>(latitudeDifference, longitudeDifference,
-                                                                         startLatitude + endLatitude);
-    __builtin_memcpy(squaredLengths + i, &squared, sizeof squared);
+std::size_t StoreNearLengths(const Point* points, std::size_t segmentCount, double* lengths) {
+  typename Lanes::Doubles squares;
+  std::size_t i = 0;
+  for (; segmentCount - i >= Lanes::kCount; i += Lanes::kCount) {
+    if (!MeasureSquares<Lanes>(points + i, squares)) return i;
+    const typename Lanes::Doubles roots = Lanes::SquareRoot(squares);
+    __builtin_memcpy(lengths + i, &roots, sizeof roots);
   }
-  allNear = true;
-  for (std::size_t lane = 0; lane < Lanes::kCount; ++lane) allNear = allNear && isNear[lane] != 0;
-  return vectorCount * Lanes::kCount;
+  if (i == 0 || i == segmentCount) return i;
+  const std::size_t lastVector = segmentCount - Lanes::kCount;
+  if (!MeasureSquares<Lanes>(points + lastVector, squares)) return i;
+  const typename Lanes::Doubles roots = Lanes::SquareRoot(squares);
+  __builtin_memcpy(lengths + lastVector, &roots, sizeof roots);
+  return segmentCount;
+}
+
+template <class Lanes, class Point>
+std::size_t AddNearLengths(const Point* points, std::size_t segmentCount, double& length) {
+  typename Lanes::Doubles squares;
+  double sum = length;
+  std::size_t i = 0;
+  for (; segmentCount - i >= Lanes::kCount; i += Lanes::kCount) {
+    if (!MeasureSquares<Lanes>(points + i, squares)) break;
+    const typename Lanes::Doubles roots = Lanes::SquareRoot(squares);
+    for (std::size_t lane = 0; lane < Lanes::kCount; ++lane) sum = sum + roots[lane];
+  }
+  if (i != 0 && segmentCount - i < Lanes::kCount &&
+      MeasureSquares<Lanes>(points + (segmentCount - Lanes::kCount), squares)) {
+    double lengths[Lanes::kCount];
+    const typename Lanes::Doubles roots = Lanes::SquareRoot(squares);
+    __builtin_memcpy(lengths, &roots, sizeof roots);
+    for (std::size_t lane = Lanes::kCount - (segmentCount - i); lane < Lanes::kCount; ++lane) {
+      sum = sum + lengths[lane];
+    }
+    i = segmentCount;
+  }
+  length = sum;
+  return i;
+}
+
+template <class Lanes>
+constexpr SegmentKernel MakeSegmentKernel() {
+  return {Lanes::kCount, StoreNearLengths<Lanes, tarvo::GeoCoordinate>,
+          StoreNearLengths<Lanes, tarvo::GeoCoordinateZ>, AddNearLengths<Lanes, tarvo::GeoCoordinate>,
+          AddNearLengths<Lanes, tarvo::GeoCoordinateZ>};
 }
 
 }  // namespace
 }  // namespace internal
 }  // namespace vorel
+
+#endif  // VOREL_HAVE_SEGMENT_VECTORS
 
 #endif  // VOREL_MAP_UTILS_INTERNAL_SEGMENT_LENGTHS_KERNEL_H_
