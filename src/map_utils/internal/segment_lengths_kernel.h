@@ -22,6 +22,8 @@
 
 #ifdef VOREL_HAVE_SEGMENT_VECTORS
 
+#include <cstddef>
+
 #include "base/geo_coordinate.h"
 #include "base/geodesy/near_series.h"
 #include "map_utils/internal/segment_lengths.h"
@@ -131,58 +133,86 @@ struct FourLanes {
 };
 #endif
 
-/// Squared lengths of the first segments, as many as a vector holds. False when one of them may not be near; then
-/// `squares` means nothing.
+/// A vector of segments on its way: measured up to the squared cosine of the mid latitudes.
+template <class Doubles>
+struct BegunSegments {
+  Doubles latitudeDifference;
+  Doubles longitudeDifference;
+  Doubles cosSquared;
+};
+
+/// Begins the first segments, as many as a vector holds. False when one of them may not be near; then `begun` means
+/// nothing.
 template <class Lanes, class Point>
-VOREL_KERNEL_INLINE bool MeasureSquares(const Point* points, typename Lanes::Doubles& squares) {
+VOREL_KERNEL_INLINE bool Begin(const Point* points, BegunSegments<typename Lanes::Doubles>& begun) {
   using Doubles = typename Lanes::Doubles;
   const Differences<Doubles> d = Lanes::Load(points);
-  squares = tarvo::geodesy::NearSquaredDistance<Doubles>(d.latitude, d.longitude, d.latitudeSum);
+  begun = {d.latitude, d.longitude, tarvo::geodesy::CosSquaredOfMidLatitude<Doubles>(d.latitudeSum)};
   const typename Lanes::Mask isNear = d.latitude * d.latitude + d.longitude * d.longitude <= kNearSquare;
   const typename Lanes::Mask isOffThePoles = d.latitudeSum * d.latitudeSum <= kLatitudeSumSquare;
   return Lanes::IsAllSet(isNear & isOffThePoles);
 }
 
-/// The segments that do not fill a vector are measured in one that reaches back over the segments before.
-template <class Lanes, class Point>
-std::size_t StoreNearLengths(const Point* points, std::size_t segmentCount, double* lengths) {
-  typename Lanes::Doubles squares;
-  std::size_t i = 0;
-  for (; segmentCount - i >= Lanes::kCount; i += Lanes::kCount) {
-    if (!MeasureSquares<Lanes>(points + i, squares)) return i;
-    const typename Lanes::Doubles roots = Lanes::SquareRoot(squares);
-    __builtin_memcpy(lengths + i, &roots, sizeof roots);
+template <class Lanes>
+VOREL_KERNEL_INLINE typename Lanes::Doubles Finish(const BegunSegments<typename Lanes::Doubles>& begun) {
+  return Lanes::SquareRoot(tarvo::geodesy::NearSquaredDistanceAtCosSquared<typename Lanes::Doubles>(
+      begun.latitudeDifference, begun.longitudeDifference, begun.cosSquared));
+}
+
+/// Measures segments until a vector has one that may not be near, and returns how many: take(i, firstLane, lengths) is
+/// told, in order, the lengths of the segments i + firstLane, ... that the lanes from `firstLane` on hold. Segments
+/// that do not fill a vector are measured in one that reaches back over segments that were taken before.
+///
+/// One vector begins while the one before it finishes: the chain of dependent operations of one vector is longer than
+/// what a processor looks ahead, so two halves of it that do not wait for one another fill its units better.
+template <class Lanes, class Point, class Take>
+VOREL_KERNEL_INLINE std::size_t MeasureNearSegments(const Point* points, std::size_t segmentCount,
+                                                    Take take) {
+  if (segmentCount < Lanes::kCount) return 0;
+  BegunSegments<typename Lanes::Doubles> current;
+  if (!Begin<Lanes>(points, current)) return 0;
+  const std::size_t last = segmentCount - Lanes::kCount;
+  std::size_t position = 0;
+  std::size_t taken = 0;
+  while (position < last) {
+    const std::size_t nextPosition = position + Lanes::kCount < last ? position + Lanes::kCount : last;
+    BegunSegments<typename Lanes::Doubles> next;
+    const bool isNextNear = Begin<Lanes>(points + nextPosition, next);
+    take(position, 0, Finish<Lanes>(current));
+    taken = position + Lanes::kCount;
+    if (!isNextNear) return taken;
+    current = next;
+    position = nextPosition;
   }
-  if (i == 0 || i == segmentCount) return i;
-  const std::size_t lastVector = segmentCount - Lanes::kCount;
-  if (!MeasureSquares<Lanes>(points + lastVector, squares)) return i;
-  const typename Lanes::Doubles roots = Lanes::SquareRoot(squares);
-  __builtin_memcpy(lengths + lastVector, &roots, sizeof roots);
+  take(position, taken - position, Finish<Lanes>(current));
   return segmentCount;
 }
 
 template <class Lanes, class Point>
+std::size_t StoreNearLengths(const Point* points, std::size_t segmentCount, double* lengths) {
+  return MeasureNearSegments<Lanes>(
+      points, segmentCount,
+      [lengths](std::size_t i, std::size_t, const typename Lanes::Doubles& some)
+          __attribute__((always_inline)) { __builtin_memcpy(lengths + i, &some, sizeof some); });
+}
+
+template <class Lanes, class Point>
 std::size_t AddNearLengths(const Point* points, std::size_t segmentCount, double& length) {
-  typename Lanes::Doubles squares;
   double sum = length;
-  std::size_t i = 0;
-  for (; segmentCount - i >= Lanes::kCount; i += Lanes::kCount) {
-    if (!MeasureSquares<Lanes>(points + i, squares)) break;
-    const typename Lanes::Doubles roots = Lanes::SquareRoot(squares);
-    for (std::size_t lane = 0; lane < Lanes::kCount; ++lane) sum = sum + roots[lane];
-  }
-  if (i != 0 && segmentCount - i < Lanes::kCount &&
-      MeasureSquares<Lanes>(points + (segmentCount - Lanes::kCount), squares)) {
-    double lengths[Lanes::kCount];
-    const typename Lanes::Doubles roots = Lanes::SquareRoot(squares);
-    __builtin_memcpy(lengths, &roots, sizeof roots);
-    for (std::size_t lane = Lanes::kCount - (segmentCount - i); lane < Lanes::kCount; ++lane) {
-      sum = sum + lengths[lane];
-    }
-    i = segmentCount;
-  }
+  const std::size_t measured = MeasureNearSegments<Lanes>(
+      points, segmentCount,
+      [&sum](std::size_t, std::size_t firstLane, const typename Lanes::Doubles& some)
+          __attribute__((always_inline)) {
+            if (firstLane == 0) {
+              for (std::size_t lane = 0; lane < Lanes::kCount; ++lane) sum = sum + some[lane];
+            } else {
+              double lengths[Lanes::kCount];
+              __builtin_memcpy(lengths, &some, sizeof some);
+              for (std::size_t lane = firstLane; lane < Lanes::kCount; ++lane) sum = sum + lengths[lane];
+            }
+          });
   length = sum;
-  return i;
+  return measured;
 }
 
 template <class Lanes>
