@@ -32,6 +32,7 @@ using testsupport::kNaNFloat;
 using testsupport::Line;
 using testsupport::RandomLine;
 using testsupport::SameBits;
+using testsupport::Uniform;
 using testsupport::WildLine;
 using Algorithm = vorel::VorelGeometryAlgorithm;
 using Route = std::vector<Line>;
@@ -456,6 +457,37 @@ TEST(Thinning, MatchesTheTwinsOnWildLines) {
     for (Line& segment : route)
       segment = WildLine(generator, static_cast<int>(generator() % (run < 50 ? 40 : 900)));
     ExpectMatchesTwins(route);
+  }
+}
+
+/// Pairs about the spacing, where deciding from bounds has to leave off, at every latitude and in every direction.
+TEST(Thinning, MatchesTheTwinsAboutTheSpacing) {
+  constexpr unsigned kSeed = 35004;
+  std::mt19937 generator(kSeed);
+  const double latitudes[] = {0.0,  1e-9,  30.0,  -60.0, 85.0,  89.79, 89.8,
+                              89.9, -89.9, 89.95, 90.0,  -90.0, 90.01, 120.0};
+  const double longitudes[] = {0.0, 7.5, 180.0, -179.99999, 360.0, 1e9};
+  const float spacings[] = {1e-7f,  0.05f,   0.1f,    1.0f,     10.9f,    11.0f,
+                            110.9f, 1112.9f, 5000.0f, 11000.0f, 11001.0f, 12000.0f};
+  for (const double latitude : latitudes) {
+    for (const double longitude : longitudes) {
+      for (const float spacing : spacings) {
+        for (int run = 0; run < 60; ++run) {
+          const double angle =
+              run < 8 ? 0.7853981633974483 * run : Uniform(generator, 0.0, 6.283185307179586);
+          const double degreesPerMetre = 1.0 / Uniform(generator, 110000.0, 112200.0);
+          const double radius = static_cast<double>(spacing) * degreesPerMetre;
+          const GeoCoordinate anchor{longitude, latitude};
+          const GeoCoordinate other{longitude + radius * std::sin(angle),
+                                    latitude + radius * std::cos(angle)};
+          SCOPED_TRACE(testing::Message() << "seed " << kSeed << ", spacing " << spacing);
+          const Route route{
+              {anchor, other, {kNaN, other.latitude}, {other.longitude, kNaN}, {kInfinity, latitude}, other}};
+          ASSERT_TRUE(SameBits(Algorithm::PreProcessRoutePoints(route, spacing, 0),
+                               reference::PreProcessRoutePoints(route, spacing, 0)));
+        }
+      }
+    }
   }
 }
 

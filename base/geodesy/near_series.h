@@ -49,14 +49,10 @@ VOREL_SERIES_INLINE Value CosSquaredOfMidLatitude(Value latitudeSum) {
   return (poleFactor * poleFactor) * ((power0 + zz * power2) + (zz * zz) * (power4 + power6));
 }
 
-/// Squared distance, square metres, for differences up to `kNearLimit`. Its square root errs by at most 5 nm up to
-/// 200 m and 0.5 micrometres up to the limit.
-/// @param latitudeDifference, longitudeDifference  degrees
-/// @param latitudeSum  as above
+/// `NearSquaredDistance` from the squared cosine of the mid latitude on, for callers that take the two steps apart.
 template <class Value>
-VOREL_SERIES_INLINE Value NearSquaredDistance(Value latitudeDifference, Value longitudeDifference,
-                                              Value latitudeSum) {
-  const Value cosSquared = CosSquaredOfMidLatitude(latitudeSum);
+VOREL_SERIES_INLINE Value NearSquaredDistanceAtCosSquared(Value latitudeDifference, Value longitudeDifference,
+                                                          Value cosSquared) {
   const Value squareMetres = (kSquareMetres[0] + kSquareMetres[1] * cosSquared) +
                              (cosSquared * cosSquared) * (kSquareMetres[2] + kSquareMetres[3] * cosSquared);
   const Value uu = latitudeDifference * latitudeDifference;
@@ -70,6 +66,17 @@ VOREL_SERIES_INLINE Value NearSquaredDistance(Value latitudeDifference, Value lo
       (kParallelFourth[0] + kParallelFourth[1] * cosSquared) * uu + kTwelfth * vvSinSquared;
   return squareMetres * ((uu * meridianFactor) * (squareMetres * squareMetres) +
                          (alongParallel - alongParallel * parallelFactor));
+}
+
+/// Squared distance, square metres, for differences up to `kNearLimit`. Its square root errs by at most 5 nm up to
+/// 200 m and 0.5 micrometres up to the limit.
+/// @param latitudeDifference, longitudeDifference  degrees
+/// @param latitudeSum  as above
+template <class Value>
+VOREL_SERIES_INLINE Value NearSquaredDistance(Value latitudeDifference, Value longitudeDifference,
+                                              Value latitudeSum) {
+  return NearSquaredDistanceAtCosSquared(latitudeDifference, longitudeDifference,
+                                         CosSquaredOfMidLatitude(latitudeSum));
 }
 
 /// Squared distance, square metres, for differences up to `kMidLimit`. Its square root errs by at most 0.73

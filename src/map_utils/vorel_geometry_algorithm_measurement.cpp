@@ -8,6 +8,7 @@
 #include "base/geodesy/distance.h"
 #include "base/precondition.h"
 #include "map_utils/internal/line_length.h"
+#include "map_utils/internal/segment_lengths.h"
 
 namespace vorel {
 
@@ -49,10 +50,16 @@ double VorelGeometryAlgorithm::GetDistanceAndCache(std::vector<GeoCoordinate> li
   // Deliberate: a total, not an increase on what `cache` holds.
   cache.reserve(to - from);
   double length = 0.0;
-  for (std::size_t i = from; i < to; ++i) {
-    length = length + tarvo::geodesy::Distance(line[i], line[i + 1]);
-    cache.push_back(length);
-  }
+  const auto appendBlock = [&](std::size_t, std::size_t count, const double* lengths) {
+    double reached[internal::kSegmentsPerBlock];
+    for (std::size_t i = 0; i < count; ++i) {
+      length = length + lengths[i];
+      reached[i] = length;
+    }
+    cache.insert(cache.end(), reached, reached + count);
+    return true;
+  };
+  internal::WalkSegments(line.data(), from, to, appendBlock);
   return length;
 }
 

@@ -3,8 +3,10 @@
 #include "map_utils/vorel_geometry_algorithm.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 
 #include "base/geodesy/distance.h"
 #include "logging/elapsed_timer.h"
@@ -19,14 +21,59 @@ namespace {
 
 constexpr std::size_t kMaxRoutePoints = 1501;
 
+/// Tells for most pairs of points on which side of a spacing their distance lies, without measuring it. What it says is
+/// what measuring would have said; pairs with a NaN or an infinity or a latitude beyond 90, for which the distance is
+/// NaN, and pairs close to the spacing it leaves open.
+///
+/// On WGS-84 a degree along a meridian measures between 110,574.2 m (equator) and 111,694.0 m (poles), a degree along
+/// a parallel at most 111,319.5 m (equator). A path between two parallels has to climb their difference, so no pair is
+/// closer than 110,500 m per degree of it. The path that is straight in degrees is at most 111,800 m per degree long,
+/// so no pair is farther apart. Both figures leave more than 0.06 % to the true ones: from `kLeastSpacing` on that is
+/// more than 0.06 mm and covers the error of the distance, at most 0.01 mm, and all roundings here.
+class SpacingBounds {
+ public:
+  explicit SpacingBounds(float minSpacing) {
+    constexpr float kLeastSpacing = 0.1f;
+    constexpr float kLargestSpacing = 11000.0f;  // less than 0.1 degree
+    if (!(minSpacing >= kLeastSpacing && minSpacing <= kLargestSpacing)) return;
+    const double metres = static_cast<double>(minSpacing);
+    withinSquare_ = (metres / 111800.0) * (metres / 111800.0);
+    beyondLatitude_ = metres / 110500.0;
+  }
+
+  /// The distance is at most the spacing, and `other` lies in the box of `internal::IsInNearnessBox`: each half width
+  /// of that is at least the largest spacing it serves, at 111,800 m per degree.
+  bool IsSurelyWithin(const GeoCoordinate& anchor, const GeoCoordinate& other) const {
+    const double northward = other.latitude - anchor.latitude;
+    const double eastward = other.longitude - anchor.longitude;
+    // Less than 0.1 degree apart, so that one test keeps both off the poles.
+    return (northward * northward + eastward * eastward <= withinSquare_) &
+           (std::fabs(anchor.latitude) <= 89.9);
+  }
+
+  /// The distance exceeds the spacing, or `other` lies outside of the box.
+  bool IsSurelyBeyond(const GeoCoordinate& anchor, const GeoCoordinate& other) const {
+    const double eastward = other.longitude - anchor.longitude;
+    return (std::fabs(other.latitude - anchor.latitude) > beyondLatitude_) &
+           (std::fabs(anchor.latitude) <= 90.0) & (std::fabs(other.latitude) <= 90.0) &
+           !std::isnan(eastward);  // an infinite one is outside of the box
+  }
+
+ private:
+  double withinSquare_ = -1.0;                                       // square degrees; nothing is within
+  double beyondLatitude_ = std::numeric_limits<double>::infinity();  // degrees; nothing is beyond
+};
+
 void AppendThinned(const std::vector<GeoCoordinate>& segment, float minSpacing,
                    std::vector<GeoCoordinate>& result) {
+  const SpacingBounds bounds(minSpacing);
   GeoCoordinate anchor = segment.front();  // a value: the growing result moves its points
   result.push_back(anchor);
   // Deliberate: the last point is not forced in.
   for (std::size_t i = 1; i < segment.size() && result.size() < kMaxRoutePoints; ++i) {
     const GeoCoordinate& point = segment[i];
-    if (internal::IsInNearnessBox(anchor, minSpacing, point) &&
+    if (bounds.IsSurelyWithin(anchor, point)) continue;
+    if (!bounds.IsSurelyBeyond(anchor, point) && internal::IsInNearnessBox(anchor, minSpacing, point) &&
         !(tarvo::geodesy::Distance(anchor, point) > static_cast<double>(minSpacing))) {
       continue;
     }

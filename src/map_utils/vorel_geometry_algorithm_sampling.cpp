@@ -2,9 +2,11 @@
 
 #include "map_utils/vorel_geometry_algorithm.h"
 
-#include "base/geodesy/distance.h"
+#include <cstddef>
+
 #include "base/precondition.h"
 #include "map_utils/internal/interpolation.h"
+#include "map_utils/internal/segment_lengths.h"
 
 namespace vorel {
 
@@ -19,17 +21,22 @@ bool AppendFirstMetres(const std::vector<Point>& points, double maxLength, std::
   if (0.0 >= maxLength || points.empty()) return false;
   out.push_back(points[0]);
   double reached = 0.0;
-  for (std::size_t i = 1; i < points.size(); ++i) {
-    const double segmentLength = tarvo::geodesy::Distance(points[i], points[i - 1]);
-    const double reachedNext = reached + segmentLength;
-    if (!(maxLength >= reachedNext)) {
-      out.push_back(internal::PointAtRatio(points[i - 1], points[i],
-                                           static_cast<float>((maxLength - reached) / segmentLength)));
-      break;
+  const auto appendBlock = [&](std::size_t first, std::size_t count, const double* lengths) {
+    for (std::size_t i = 0; i < count; ++i) {
+      const double reachedNext = reached + lengths[i];
+      if (!(maxLength >= reachedNext)) {
+        const Point* const start = points.data() + first;
+        out.insert(out.end(), start + 1, start + 1 + i);
+        out.push_back(internal::PointAtRatio(start[i], start[i + 1],
+                                             static_cast<float>((maxLength - reached) / lengths[i])));
+        return false;
+      }
+      reached = reachedNext;
     }
-    out.push_back(points[i]);
-    reached = reachedNext;
-  }
+    out.insert(out.end(), points.data() + first + 1, points.data() + first + 1 + count);
+    return true;
+  };
+  internal::WalkSegments(points.data(), 0, points.size() - 1, appendBlock);
   return true;
 }
 
@@ -41,22 +48,28 @@ bool VorelGeometryAlgorithm::ChoosePointsInPolyline(const GeoCoordinate* points,
   out.clear();
   if (points == nullptr || count < 2 || 0.0 > distance) return false;
   double reached = 0.0;
-  for (unsigned int i = 1; i < count; ++i) {
-    const double segmentLength = tarvo::geodesy::Distance(points[i], points[i - 1]);
-    const double reachedNext = reached + segmentLength;
-    if (distance > reachedNext) {
-      reached = reachedNext;
-      continue;
+  bool isReached = false;
+  const auto findCut = [&](std::size_t first, std::size_t segmentCount, const double* lengths) {
+    for (std::size_t i = 0; i < segmentCount; ++i) {
+      const double reachedNext = reached + lengths[i];
+      if (distance > reachedNext) {
+        reached = reachedNext;
+        continue;
+      }
+      const GeoCoordinate* const start = points + first + i;
+      if (reachedNext != distance) {
+        out.push_back(internal::PointAtRatio(start[0], start[1],
+                                             static_cast<float>((distance - reached) / lengths[i])));
+      }
+      // A cut that falls on a vertex is that vertex, with which the rest starts anyway.
+      out.insert(out.end(), start + 1, points + count);
+      isReached = true;
+      return false;
     }
-    if (reachedNext != distance) {
-      out.push_back(internal::PointAtRatio(points[i - 1], points[i],
-                                           static_cast<float>((distance - reached) / segmentLength)));
-    }
-    // A cut that falls on vertex i is that vertex, with which the rest starts anyway.
-    out.insert(out.end(), points + i, points + count);
     return true;
-  }
-  return false;
+  };
+  internal::WalkSegments(points, 0, count - 1, findCut);
+  return isReached;
 }
 
 bool VorelGeometryAlgorithm::ChoosePointsInPolyline(const std::vector<GeoCoordinate>& points, double interval,
@@ -78,27 +91,33 @@ bool VorelGeometryAlgorithm::CalcPointsInPolyline(const std::vector<GeoCoordinat
   out.push_back(points[0]);
   bool roomLeft = hasRoom();
   double metresSinceLastSample = 0.0;
-  for (std::size_t i = 1; i < points.size() && roomLeft; ++i) {
-    const double segmentLength = tarvo::geodesy::Distance(points[i], points[i - 1]);
-    const double reached = metresSinceLastSample + segmentLength;
-    if (interval > reached) {
-      metresSinceLastSample = reached;
-    } else if (reached == interval) {
-      out.push_back(points[i]);
-      roomLeft = hasRoom();
-      metresSinceLastSample = 0.0;
-    } else {
-      double sampleOffset = interval - metresSinceLastSample;  // from points[i - 1]
-      while (segmentLength >= sampleOffset) {
-        out.push_back(internal::PointAtRatio(points[i - 1], points[i],
-                                             static_cast<float>(sampleOffset / segmentLength)));
+  if (!roomLeft) return false;
+  const auto sampleBlock = [&](std::size_t first, std::size_t count, const double* lengths) {
+    for (std::size_t i = 0; i < count && roomLeft; ++i) {
+      const GeoCoordinate& start = points[first + i];
+      const GeoCoordinate& end = points[first + i + 1];
+      const double segmentLength = lengths[i];
+      const double reached = metresSinceLastSample + segmentLength;
+      if (interval > reached) {
+        metresSinceLastSample = reached;
+      } else if (reached == interval) {
+        out.push_back(end);
         roomLeft = hasRoom();
-        sampleOffset = sampleOffset + interval;
-        if (!roomLeft) break;
+        metresSinceLastSample = 0.0;
+      } else {
+        double sampleOffset = interval - metresSinceLastSample;  // from `start`
+        while (segmentLength >= sampleOffset) {
+          out.push_back(internal::PointAtRatio(start, end, static_cast<float>(sampleOffset / segmentLength)));
+          roomLeft = hasRoom();
+          sampleOffset = sampleOffset + interval;
+          if (!roomLeft) break;
+        }
+        metresSinceLastSample = segmentLength - (sampleOffset - interval);
       }
-      metresSinceLastSample = segmentLength - (sampleOffset - interval);
     }
-  }
+    return roomLeft;
+  };
+  internal::WalkSegments(points.data(), 0, points.size() - 1, sampleBlock);
   return roomLeft;
 }
 

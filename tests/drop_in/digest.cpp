@@ -1,16 +1,18 @@
 // Prints one line per function of the library: a digest of the bits of its results over a fixed set of inputs. Two
 // builds of the library agree when they print the same. "exact" marks functions that use only + - * / sqrt, which must
 // agree on every machine; "libm" marks those that call the standard math library, which must agree wherever that
-// library is the same.
+// library is the same. An argument says how many segments of a line are measured at a time (1, 2 or 4).
 
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <random>
 #include <string>
 #include <vector>
 
+#include "map_utils/internal/segment_lengths.h"
 #include "map_utils/vorel_geometry_algorithm.h"
 #include "support/lines.h"
 
@@ -470,7 +472,15 @@ void DigestLanes(const Inputs& inputs) {
 
 }  // namespace
 
-int main() {
+int main(int argumentCount, char** arguments) {
+  if (argumentCount > 1) {
+    const auto* kernel = vorel::internal::FindSegmentKernel(std::strtoul(arguments[1], nullptr, 10));
+    if (kernel == nullptr) {
+      std::fprintf(stderr, "digest: this machine does not measure %s segments at a time\n", arguments[1]);
+      return 1;
+    }
+    vorel::internal::ForceSegmentKernel(kernel);
+  }
   const Inputs inputs;
   DigestDistances(inputs);
   DigestAngles(inputs);

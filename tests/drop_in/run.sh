@@ -43,6 +43,11 @@ build gcc g++ -O2
 "$work/gcc/digest" > "$work/first.txt"
 echo "g++ -O2: $(grep -c . "$work/first.txt") digests"
 
+for lanes in 1 2; do
+  "$work/gcc/digest" "$lanes" > "$work/gcc-$lanes-at-a-time.txt"
+  compare "gcc-$lanes-at-a-time" .
+done
+
 build gcc-O0 g++
 "$work/gcc-O0/digest" > "$work/gcc-O0.txt"
 compare gcc-O0 .
@@ -50,6 +55,10 @@ compare gcc-O0 .
 build clang clang++ -O2
 "$work/clang/digest" > "$work/clang.txt"
 compare clang .
+for lanes in 1 2; do
+  "$work/clang/digest" "$lanes" > "$work/clang-$lanes-at-a-time.txt"
+  compare "clang-$lanes-at-a-time" .
+done
 
 if runs_here -march=x86-64-v3; then
   build gcc-v3 g++ -O3 -march=x86-64-v3
@@ -66,6 +75,8 @@ if command -v aarch64-linux-gnu-g++ > /dev/null && command -v qemu-aarch64 > /de
   build aarch64 aarch64-linux-gnu-g++ -O2 -static
   qemu-aarch64 "$work/aarch64/digest" > "$work/aarch64.txt"
   compare aarch64 ^exact
+  qemu-aarch64 "$work/aarch64/digest" 1 > "$work/aarch64-1-at-a-time.txt"
+  compare aarch64-1-at-a-time ^exact
 else
   echo "aarch64: skipped, needs aarch64-linux-gnu-g++ and qemu-aarch64"
 fi

@@ -4,6 +4,7 @@
 #include <cstddef>
 
 #include "base/geodesy/distance.h"
+#include "map_utils/internal/segment_lengths.h"
 
 namespace vorel {
 namespace internal {
@@ -12,6 +13,8 @@ namespace internal {
 /// distances, added one by one in order. Nothing is read when `first` >= `last`. Heights take no part.
 template <class Point>
 inline double LineLength(const Point* points, std::size_t first, std::size_t last, double length = 0.0) {
+  if (first >= last) return length;
+  if (last - first >= kFewSegments) return AddSegmentLengths(points + first, last - first, length);
   for (std::size_t i = first; i < last; ++i) {
     length = length + tarvo::geodesy::Distance(points[i], points[i + 1]);
   }

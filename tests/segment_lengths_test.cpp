@@ -1,0 +1,254 @@
+// The lengths of many segments against the distance of each pair, for every form that this machine runs.
+
+#include "map_utils/internal/segment_lengths.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstddef>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "support/bits.h"
+#include "support/lines.h"
+#include "support/special_values.h"
+
+namespace {
+
+using tarvo::GeoCoordinate;
+using tarvo::GeoCoordinateZ;
+using testsupport::kInfinity;
+using testsupport::kNaN;
+using testsupport::Line;
+using testsupport::LineZ;
+using testsupport::SameBits;
+using vorel::internal::AddSegmentLengths;
+using vorel::internal::FindSegmentKernel;
+using vorel::internal::ForceSegmentKernel;
+using vorel::internal::StoreSegmentLengths;
+using vorel::internal::WalkSegments;
+
+constexpr double kUntouched = -7.25;
+
+/// One test per form: 1, 2 or 4 segments at once.
+class SegmentLengths : public testing::TestWithParam<std::size_t> {
+ protected:
+  void SetUp() override {
+    const vorel::internal::SegmentKernel* kernel = FindSegmentKernel(GetParam());
+    if (kernel == nullptr)
+      GTEST_SKIP() << "skipped: this machine does not measure " << GetParam() << " at once";
+    ForceSegmentKernel(kernel);
+  }
+  void TearDown() override { ForceSegmentKernel(nullptr); }
+};
+
+INSTANTIATE_TEST_SUITE_P(Lanes, SegmentLengths, testing::Values(1u, 2u, 4u),
+                         testing::PrintToStringParamName());
+
+/// The plain twin: each pair by itself.
+template <class Point>
+std::vector<double> PlainLengths(const Point* points, std::size_t segmentCount) {
+  std::vector<double> lengths;
+  for (std::size_t i = 0; i < segmentCount; ++i) lengths.push_back(points[i].DistanceTo(points[i + 1]));
+  return lengths;
+}
+
+/// Stored, added and walked lengths of `segmentCount` segments from points[0].
+template <class Point>
+void CheckSegments(const Point* points, std::size_t segmentCount) {
+  const std::vector<double> expected = PlainLengths(points, segmentCount);
+
+  std::vector<double> stored(segmentCount + 4, kUntouched);
+  StoreSegmentLengths(points, segmentCount, stored.data());
+  for (std::size_t i = segmentCount; i < stored.size(); ++i)
+    ASSERT_EQ(stored[i], kUntouched) << "beyond the end";
+  stored.resize(segmentCount);
+  ASSERT_TRUE(SameBits(stored, expected));
+
+  for (const double start : {0.0, -0.0, 1234.5678901, kNaN}) {
+    double sum = start;
+    for (const double length : expected) sum = sum + length;
+    ASSERT_TRUE(SameBits(AddSegmentLengths(points, segmentCount, start), sum)) << "from " << start;
+  }
+
+  std::vector<double> walked;
+  WalkSegments(points, 0, segmentCount, [&](std::size_t i, std::size_t count, const double* lengths) {
+    EXPECT_EQ(i, walked.size());
+    walked.insert(walked.end(), lengths, lengths + count);
+    return true;
+  });
+  ASSERT_TRUE(SameBits(walked, expected));
+}
+
+template <class Point>
+void CheckLine(const std::vector<Point>& line) {
+  if (!line.empty()) CheckSegments(line.data(), line.size() - 1);
+}
+
+/// Every length and offset, which moves each vertex through each lane of a vector and through each kind of rest.
+template <class Point>
+void CheckEveryPart(const std::vector<Point>& line) {
+  for (std::size_t offset = 0; offset < 5 && offset < line.size(); ++offset) {
+    for (std::size_t count = 0; offset + count < line.size(); ++count) {
+      SCOPED_TRACE(testing::Message() << "offset " << offset << ", " << count << " segments");
+      CheckSegments(line.data() + offset, count);
+      if (testing::Test::HasFatalFailure()) return;
+    }
+  }
+}
+
+LineZ WithHeight(const Line& line) {
+  LineZ result;
+  for (const GeoCoordinate& point : line) result.emplace_back(point.longitude, point.latitude, 12.5f);
+  return result;
+}
+
+/// A road whose segments are all near.
+Line Road(std::size_t vertexCount) {
+  std::mt19937 generator(51001);
+  return testsupport::RandomLine(generator, static_cast<int>(vertexCount));
+}
+
+TEST_P(SegmentLengths, OfAwkwardLines) {
+  for (const testsupport::NamedLineZ& line : testsupport::AwkwardLinesZ()) {
+    SCOPED_TRACE(line.name);
+    CheckEveryPart(line.points);
+    CheckEveryPart(testsupport::WithoutHeight(line.points));
+  }
+}
+
+TEST_P(SegmentLengths, OfRandomLinesOfEveryLength) {
+  constexpr unsigned kSeed = 51002;
+  std::mt19937 generator(kSeed);
+  for (int run = 0; run < 10; ++run) {
+    SCOPED_TRACE(testing::Message() << "seed " << kSeed << ", run " << run);
+    const LineZ line = testsupport::RandomLineZ(generator, 76);
+    CheckEveryPart(line);
+    CheckEveryPart(testsupport::WithoutHeight(line));
+  }
+}
+
+TEST_P(SegmentLengths, OfWildLines) {
+  constexpr unsigned kSeed = 51003;
+  std::mt19937 generator(kSeed);
+  for (int run = 0; run < 3000; ++run) {
+    SCOPED_TRACE(testing::Message() << "seed " << kSeed << ", run " << run);
+    const LineZ line = testsupport::WildLineZ(generator, 1 + run % 90);
+    CheckLine(line);
+    CheckLine(testsupport::WithoutHeight(line));
+    if (HasFatalFailure()) return;
+  }
+}
+
+TEST_P(SegmentLengths, OfRealLines) {
+  for (const char* folder : {"routes", "traces", "lanes", "polygons"}) {
+    SKIP_WITHOUT_REAL_LINES(testsupport::RealLinesZ(folder));
+    for (const testsupport::NamedLineZ& line : testsupport::RealLinesZ(folder)) {
+      SCOPED_TRACE(line.name);
+      CheckLine(line.points);
+      CheckLine(testsupport::WithoutHeight(line.points));
+    }
+  }
+}
+
+/// One vertex that makes its segments far, NaN or invalid, at each position of a road.
+TEST_P(SegmentLengths, AroundOneVertexThatIsNotNear) {
+  const double values[] = {kNaN,   kInfinity, -kInfinity, 90.5, -90.5, 1e300,
+                           -1e300, 7.0,       0.0,        -0.0, 180.0, 360.0};
+  for (std::size_t count : {3u, 4u, 5u, 8u, 11u, 17u}) {
+    for (std::size_t position = 0; position <= count; ++position) {
+      for (const double value : values) {
+        for (const bool isLatitude : {false, true}) {
+          SCOPED_TRACE(testing::Message() << count << " segments, vertex " << position << ", "
+                                          << (isLatitude ? "latitude " : "longitude ") << value);
+          Line line = Road(count + 1);
+          (isLatitude ? line[position].latitude : line[position].longitude) = value;
+          CheckLine(line);
+          CheckLine(WithHeight(line));
+          if (HasFatalFailure()) return;
+        }
+      }
+    }
+  }
+}
+
+/// On either side of the limits of the near distance, and of those at which the vectors leave off.
+TEST_P(SegmentLengths, AtTheLimits) {
+  std::vector<double> steps;
+  for (const double limit : {0.1, std::sqrt(0.0099), std::sqrt(0.0099 / 2.0), 0.0705, 2.75}) {
+    for (const double step : {std::nextafter(limit, 0.0), limit, std::nextafter(limit, 4.0)}) {
+      steps.push_back(step);
+      steps.push_back(-step);
+    }
+  }
+  steps.push_back(0.0);
+  steps.push_back(1e-170);  // its square is 0
+  const double latitudes[] = {0.0,
+                              47.0,
+                              -47.0,
+                              89.65,
+                              89.75,
+                              89.7,
+                              std::nextafter(89.75, 90.0),
+                              89.9,
+                              -89.9,
+                              90.0,
+                              -90.0,
+                              std::nextafter(90.0, 91.0)};
+  for (const double latitude : latitudes) {
+    for (const double northward : steps) {
+      for (const double eastward : steps) {
+        Line line(9, {0.0, latitude});
+        line[3] = line[6] = {eastward, latitude + northward};
+        SCOPED_TRACE(testing::Message()
+                     << "latitude " << latitude << ", steps " << northward << ", " << eastward);
+        CheckLine(line);
+        if (HasFatalFailure()) return;
+      }
+    }
+  }
+}
+
+TEST_P(SegmentLengths, AcrossTheAntimeridian) {
+  Line line;
+  for (int i = 0; i < 40; ++i)
+    line.emplace_back((i % 7 < 3 ? 179.9999 : -179.9999) + 1e-5 * i, 10.0 + 1e-5 * i);
+  CheckEveryPart(line);
+}
+
+TEST_P(SegmentLengths, LeaveTheDirectionOfAPairOutOfIt) {
+  Line line = Road(60);
+  const std::vector<double> forward = PlainLengths(line.data(), line.size() - 1);
+  std::vector<double> backward;
+  for (std::size_t i = 0; i + 1 < line.size(); ++i) backward.push_back(line[i + 1].DistanceTo(line[i]));
+  EXPECT_TRUE(SameBits(backward, forward));
+}
+
+/// A walk that stops in its first block has measured no more than that block.
+TEST_P(SegmentLengths, WalkStopsWhenTold) {
+  const Line line = Road(200);
+  std::size_t blocks = 0;
+  std::size_t measured = 0;
+  WalkSegments(line.data(), 3, 199, [&](std::size_t i, std::size_t count, const double*) {
+    EXPECT_EQ(i, 3 + measured);
+    ++blocks;
+    measured += count;
+    EXPECT_LE(count, vorel::internal::kSegmentsPerBlock);
+    return blocks < 2;
+  });
+  EXPECT_EQ(blocks, 2u);
+  EXPECT_EQ(measured, 3 * vorel::internal::kSegmentsInFirstBlock);
+}
+
+TEST(SegmentKernels, AreFoundByTheirLanes) {
+  EXPECT_NE(FindSegmentKernel(1), nullptr);
+  EXPECT_EQ(FindSegmentKernel(3), nullptr);
+  EXPECT_EQ(FindSegmentKernel(0), nullptr);
+#if defined(__x86_64__) || defined(__aarch64__)
+  ASSERT_NE(FindSegmentKernel(2), nullptr);
+  EXPECT_EQ(FindSegmentKernel(2)->lanes, 2u);
+#endif
+}
+
+}  // namespace
