@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cstddef>
 
-#include "base/export.h"
 #include "base/geo_coordinate.h"
 
 namespace vorel {
@@ -62,10 +61,10 @@ struct SegmentKernel {
 
 /// The forms by the number of segments they measure at once: 1 is the scalar distance, 2 SSE2 or NEON, 4 AVX2.
 /// Null for one that the compiler or the machine does not have.
-VOREL_EXPORT const SegmentKernel* FindSegmentKernel(std::size_t lanes);
+const SegmentKernel* FindSegmentKernel(std::size_t lanes);
 
 /// For tests and benchmarks: measures with this form from now on; null lets the library choose again.
-VOREL_EXPORT void ForceSegmentKernel(const SegmentKernel* kernel);
+void ForceSegmentKernel(const SegmentKernel* kernel);
 
 /// The form for machines with AVX2, null where it was not compiled; callers ask the machine first.
 const SegmentKernel* Avx2SegmentKernel();
