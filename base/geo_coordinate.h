@@ -54,9 +54,8 @@ struct VOREL_EXPORT GeoCoordinateZ : GeoCoordinate {
 static_assert(sizeof(GeoCoordinate) == 2 * sizeof(double), "two doubles and nothing else");
 static_assert(sizeof(GeoCoordinateZ) == 3 * sizeof(double), "a GeoCoordinate, a float and padding");
 static_assert(std::is_standard_layout<GeoCoordinate>::value, "longitude stands at the object's own address");
-static_assert(std::is_trivially_copyable<GeoCoordinate>::value &&
-                  std::is_trivially_copyable<GeoCoordinateZ>::value,
-              "plain values");
+static_assert(std::is_trivially_copyable<GeoCoordinate>::value, "plain value");
+static_assert(std::is_trivially_copyable<GeoCoordinateZ>::value, "plain value");
 
 }  // namespace tarvo
 

@@ -15,7 +15,7 @@ class VOREL_EXPORT GeoUtils {
   ///
   /// @param a, b  degrees
   /// @return [0, 2 pi), never 2 pi itself; 0 for equal points; NaN when a coordinate is NaN or infinite and the
-  ///         points differ
+  ///         points differ. Points close together lose digits: the direction is off by up to 4e-9 at 0.5 m.
   /// Cost: three sines and cosines and one atan2.
   /// Formula: spherical trigonometry, the four-parts (cotangent) formula.
   static double GetRadianNorth(const GeoCoordinate& a, const GeoCoordinate& b);

@@ -16,7 +16,7 @@
 #include <cfloat>
 #include <limits>
 
-#if defined(__FAST_MATH__) || (defined(__FINITE_MATH_ONLY__) && __FINITE_MATH_ONLY__) || \
+#if defined(__FAST_MATH__) || (defined(__FINITE_MATH_ONLY__) && __FINITE_MATH_ONLY__) ||             \
     defined(__ASSOCIATIVE_MATH__) || defined(__RECIPROCAL_MATH__) || defined(__NO_SIGNED_ZEROS__) || \
     defined(_M_FP_FAST)
 #error "This library needs exact IEEE arithmetic: build it without -ffast-math and without any of its parts."

@@ -30,7 +30,9 @@ struct Slot {
   std::shared_ptr<const SinkList> sinks;  // under the registry lock; the list itself never changes
 };
 
-constexpr std::uint32_t kBucketCount = 64;
+// Ids are small numbers, given out in sequence: with their remainder as the bucket, a thousand loggers are all
+// found at the first look.
+constexpr std::uint32_t kBucketCount = 1024;
 
 // Constant-initialised and trivially destroyed, so that the test works before main and during exit.
 std::array<std::atomic<Slot*>, kBucketCount> bucketHeads{};
@@ -161,22 +163,20 @@ bool Logger::SetMinimumLevel(unsigned instanceId, LogLevel minimumLevel) {
   return true;
 }
 
-bool Logger::AddSink(unsigned instanceId, std::shared_ptr<Sink> sink) {
+bool Logger::AddSink(unsigned instanceId, const std::shared_ptr<Sink>& sink) {
   if (sink == nullptr) return false;
-  std::shared_ptr<const SinkList> released;  // outlives the lock
   const std::lock_guard<std::mutex> lock(RegistryMutex());
   Slot* const slot = FindSlot(instanceId);
   if (slot == nullptr) return false;
   const SinkList& current = *slot->sinks;
   if (std::find(current.begin(), current.end(), sink) != current.end()) return false;
   SinkList longer = current;
-  longer.push_back(sink);  // a copy: should memory run out here, the sink dies outside the lock
-  released = std::exchange(slot->sinks, std::make_shared<const SinkList>(std::move(longer)));
+  longer.push_back(sink);
+  slot->sinks = std::make_shared<const SinkList>(std::move(longer));
   return true;
 }
 
 bool Logger::RemoveSink(unsigned instanceId, const std::shared_ptr<Sink>& sink) {
-  std::shared_ptr<const SinkList> released;  // outlives the lock: a sink's destructor may log
   const std::lock_guard<std::mutex> lock(RegistryMutex());
   Slot* const slot = FindSlot(instanceId);
   if (slot == nullptr) return false;
@@ -184,7 +184,8 @@ bool Logger::RemoveSink(unsigned instanceId, const std::shared_ptr<Sink>& sink) 
   const auto found = std::find(shorter.begin(), shorter.end(), sink);
   if (found == shorter.end()) return false;
   shorter.erase(found);
-  released = std::exchange(slot->sinks, std::make_shared<const SinkList>(std::move(shorter)));
+  slot->sinks =
+      std::make_shared<const SinkList>(std::move(shorter));  // no sink dies here: the caller holds it
   return true;
 }
 

@@ -30,7 +30,8 @@ class VOREL_EXPORT Logger {
 
   /// Whether a logger with this id exists and accepts this level, which means `level` >= its minimum level.
   /// A logger without sinks accepts as well.
-  /// Cost: 1 to 3 ns, no lock, no allocation; hardly depends on the number of loggers.
+  /// Cost: some 3 ns, no lock, no allocation. Loggers whose ids differ by a multiple of 1024 slow each other down,
+  /// by about 1 ns each.
   static bool TestLogLevel(unsigned instanceId, LogLevel level) noexcept;
 
   /// Creates a logger.
@@ -56,7 +57,7 @@ class VOREL_EXPORT Logger {
   /// @return false, and nothing changes, when there is no such logger, `sink` is null or the logger has it already
   ///         (it would get each record twice)
   /// Throws std::bad_alloc; nothing has changed then.
-  static bool AddSink(unsigned instanceId, std::shared_ptr<Sink> sink);
+  static bool AddSink(unsigned instanceId, const std::shared_ptr<Sink>& sink);
 
   /// Takes a sink away from the logger.
   /// @return false when there is no such logger or it does not have this sink

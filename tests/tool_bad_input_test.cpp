@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "support/program_runner.h"
+#include "support/tool_refusal.h"
 
 namespace vorel::test {
 namespace {
@@ -27,24 +28,6 @@ std::string Feature(const std::string& geometry) {
 
 std::string Collection(const std::string& features) {
   return R"({"type":"FeatureCollection","features":[)" + features + "]}";
-}
-
-/// Exactly one line on standard error that holds all of `fragments`, status 2, nothing on standard output, and the
-/// directory as it was.
-void ExpectRefused(const std::vector<std::string>& arguments, const std::string& input,
-                   const TemporaryDirectory& directory, const std::vector<std::string>& fragments) {
-  const auto before = directory.Contents();
-  const ProgramResult result = RunProgram(VOREL_TOOL_PATH, arguments, input, directory.path());
-  EXPECT_EQ(result.exitStatus, 2);
-  EXPECT_EQ(result.out, "");
-  EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1) << result.err;
-  EXPECT_EQ(result.err.rfind("vorel: ", 0), 0u) << result.err;
-  EXPECT_FALSE(result.err.empty() || result.err.back() != '\n');
-  for (const std::string& fragment : fragments) {
-    EXPECT_NE(result.err.find(fragment), std::string::npos)
-        << "\"" << fragment << "\" is not in: " << result.err;
-  }
-  EXPECT_EQ(directory.Contents(), before);
 }
 
 struct ContentCase {

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 #include "base/geodesy/series_coefficients.h"
 #include "base/geodesy/wgs84.h"
@@ -26,6 +27,9 @@ constexpr double kLengthTolerance = 1e-9;
 /// Never reached: each step at least halves an interval of azimuths or converges quadratically.
 constexpr int kMaxSteps = 100;
 
+/// Latitudes up to this count as the equator, degrees: 1e-15 metres.
+constexpr double kEquatorLatitude = 1e-20;
+
 struct SineCosine {
   double sine;
   double cosine;
@@ -36,25 +40,17 @@ SineCosine Normalized(double sine, double cosine) {
   return {sine / length, cosine / length};
 }
 
-/// Of an angle in [0, 180] degrees. The angle is taken from the nearest multiple of 90 degrees, which is exact, so
-/// that the smaller of the two keeps its digits and is exactly 0 on the axes.
-SineCosine OfDegrees(double degrees) {
-  if (degrees <= 45.0) {
-    const double radians = degrees * kRadiansPerDegree;
-    return {std::sin(radians), std::cos(radians)};
-  }
-  if (degrees <= 135.0) {
-    const double radians = (90.0 - degrees) * kRadiansPerDegree;
-    return {std::cos(radians), std::sin(radians)};
-  }
-  const double radians = (180.0 - degrees) * kRadiansPerDegree;
-  return {std::sin(radians), -std::cos(radians)};
-}
-
 /// Reduced latitude of a latitude in [-90, 90] degrees (6).
 SineCosine ReducedLatitude(double latitude) {
-  const SineCosine angle = OfDegrees(std::fabs(latitude));
-  return Normalized(std::copysign(kAxisRatio * angle.sine, latitude), angle.cosine);
+  // Beyond 45 degrees the angle is taken from the pole, which is exact: the cosine keeps its digits there and is 0 at
+  // the pole itself.
+  const double fromEquator = std::fabs(latitude);
+  const bool isHigh = fromEquator > 45.0;
+  const double radians = (isHigh ? 90.0 - fromEquator : fromEquator) * kRadiansPerDegree;
+  double sine = std::sin(radians);
+  double cosine = std::cos(radians);
+  if (isHigh) std::swap(sine, cosine);
+  return Normalized(std::copysign(kAxisRatio * sine, latitude), cosine);
 }
 
 /// sum over l of factors[l - 1] * (sin(2 l sigma2) - sin(2 l sigma1)), by Clenshaw's recurrence.
@@ -108,7 +104,7 @@ class GeodesicIntegrals {
     return Polynomial(kLongitudeMean, e) * sigma12_ + SineSumDifference(sines, sigma1_, sigma2_);
   }
 
-  /// J (39): to the third order, which is ample for a slope.
+  /// J (40): to the third order, which is ample for a slope.
   double ReducedLength() const {
     const double e = epsilon_, ee = e * e;
     const double sines[] = {e * Polynomial(kReducedSine2, e), ee * Polynomial(kReducedSine4, e),
@@ -128,9 +124,9 @@ struct NormalPair {
   SineCosine beta1;
   SineCosine beta2;
   double longitudeDifference;   // radians
-  SineCosine longitude;         // of the same
   double cosSquaredDifference;  // cos^2 beta2 - cos^2 beta1
   double root1, root2;          // sqrt(1 + e'^2 sin^2 beta)
+  bool isOnEquator;             // both points
 };
 
 NormalPair MakeNormalPair(double latitudeA, double latitudeB, double longitudeDifference) {
@@ -144,18 +140,21 @@ NormalPair MakeNormalPair(double latitudeA, double latitudeB, double longitudeDi
   NormalPair pair;
   pair.beta1 = ReducedLatitude(latitude1);
   pair.beta2 = ReducedLatitude(latitude2);
-  // Two points on the equator are held apart from it by nothing measurable, so that no direction becomes 0 / 0.
-  constexpr double kOffEquator = 1e-100;
-  if (latitude1 == 0.0) {
+  // Two points on the equator are held apart from it by nothing measurable, so that no direction becomes 0 / 0. The
+  // squares of smaller latitudes would underflow.
+  pair.isOnEquator = std::fabs(latitude1) <= kEquatorLatitude;
+  if (pair.isOnEquator) {
+    constexpr double kOffEquator = 1e-100;
     pair.beta1.sine = -kOffEquator;
     pair.beta2.sine = kOffEquator;
   }
   pair.longitudeDifference = longitudeDifference * kRadiansPerDegree;
-  pair.longitude = OfDegrees(longitudeDifference);
-  pair.cosSquaredDifference =
+  const double cosSquaredDifference =
       pair.beta1.cosine < -pair.beta1.sine
           ? (pair.beta2.cosine - pair.beta1.cosine) * (pair.beta2.cosine + pair.beta1.cosine)
           : (pair.beta1.sine - pair.beta2.sine) * (pair.beta1.sine + pair.beta2.sine);
+  pair.cosSquaredDifference =
+      std::max(0.0, cosSquaredDifference);  // may round below for almost equal latitudes
   pair.root1 = std::sqrt(1.0 + kSecondEccentricitySquared * (pair.beta1.sine * pair.beta1.sine));
   pair.root2 = std::sqrt(1.0 + kSecondEccentricitySquared * (pair.beta2.sine * pair.beta2.sine));
   return pair;
@@ -167,10 +166,9 @@ double EpsilonOf(double cosAlpha0) {
   return kk / (2.0 * (1.0 + std::sqrt(1.0 + kk)) + kk);
 }
 
-/// Along a meridian: over the pole when the points lie half a turn apart, straight on otherwise.
-double MeridianLength(const NormalPair& pair, bool overPole) {
-  const SineCosine sigma1 = {pair.beta1.sine, overPole ? -pair.beta1.cosine : pair.beta1.cosine};
-  return kSemiMinorAxis * GeodesicIntegrals(EpsilonOf(1.0), sigma1, pair.beta2).Length();
+/// Along the meridian of both points, or from a pole.
+double MeridianLength(const NormalPair& pair) {
+  return kSemiMinorAxis * GeodesicIntegrals(EpsilonOf(1.0), pair.beta1, pair.beta2).Length();
 }
 
 /// The geodesic that leaves point 1 with a trial azimuth and ends where it comes to the latitude of point 2.
@@ -208,16 +206,13 @@ Trial Follow(const NormalPair& pair, const SineCosine& alpha1) {
 }
 
 /// Azimuth to start with where the points are not nearly antipodal: a great circle (48, 49).
-SineCosine GreatCircleAzimuth(const NormalPair& pair, double* sphereArcSine, double* sphereArcCosine) {
+SineCosine GreatCircleAzimuth(const NormalPair& pair) {
   const double meanCosine = 0.5 * (pair.beta1.cosine + pair.beta2.cosine);
   const double omega12 = std::min(
       pair.longitudeDifference / std::sqrt(1.0 - kEccentricitySquared * (meanCosine * meanCosine)), kPi);
-  const double sinOmega = std::sin(omega12);
-  const double cosOmega = std::cos(omega12);
-  const double north = pair.beta1.cosine * pair.beta2.sine - pair.beta1.sine * pair.beta2.cosine * cosOmega;
-  const double east = pair.beta2.cosine * sinOmega;
-  *sphereArcSine = std::sqrt(north * north + east * east);
-  *sphereArcCosine = pair.beta1.sine * pair.beta2.sine + pair.beta1.cosine * pair.beta2.cosine * cosOmega;
+  const double north =
+      pair.beta1.cosine * pair.beta2.sine - pair.beta1.sine * pair.beta2.cosine * std::cos(omega12);
+  const double east = pair.beta2.cosine * std::sin(omega12);
   return Normalized(east, north);
 }
 
@@ -239,16 +234,13 @@ SineCosine AstroidAzimuth(double x, double y) {
 }
 
 SineCosine StartAzimuth(const NormalPair& pair) {
-  double sphereArcSine;
-  double sphereArcCosine;
-  const SineCosine greatCircle = GreatCircleAzimuth(pair, &sphereArcSine, &sphereArcCosine);
-  if (sphereArcCosine > -0.5) return greatCircle;
+  constexpr double kAstroidReach = 3.0;  // half-axes; farther out the great circle is the better guess
   const double unit = kFlattening * kPi * pair.beta1.cosine;
   const double x = (pair.longitudeDifference - kPi) / unit;
-  const double y = (pair.beta1.sine * pair.beta2.cosine + pair.beta1.cosine * pair.beta2.sine) /
-                   (unit * pair.beta1.cosine);
-  if (!(x > -3.0 && y > -3.0)) return greatCircle;
-  return AstroidAzimuth(x, y);
+  const double sinBetaSum = pair.beta1.sine * pair.beta2.cosine + pair.beta1.cosine * pair.beta2.sine;
+  const double y = sinBetaSum / (unit * pair.beta1.cosine);
+  if (x > -kAstroidReach && y > -kAstroidReach) return AstroidAzimuth(x, y);
+  return GreatCircleAzimuth(pair);
 }
 
 }  // namespace
@@ -256,9 +248,8 @@ SineCosine StartAzimuth(const NormalPair& pair) {
 double InverseDistance(double latitudeA, double latitudeB, double longitudeDifference) {
   const NormalPair pair = MakeNormalPair(latitudeA, latitudeB, longitudeDifference);
   const bool isAtPole = pair.beta1.cosine == 0.0;
-  if (longitudeDifference == 0.0 || isAtPole) return MeridianLength(pair, false);
-  if (longitudeDifference == 180.0) return MeridianLength(pair, true);
-  if (latitudeA == 0.0 && latitudeB == 0.0 && longitudeDifference <= 180.0 * kAxisRatio) {
+  if (longitudeDifference == 0.0 || isAtPole) return MeridianLength(pair);
+  if (pair.isOnEquator && longitudeDifference <= 180.0 * kAxisRatio) {
     return kSemiMajorAxis * pair.longitudeDifference;
   }
   // The azimuth lies between these two; each trial replaces one of them.

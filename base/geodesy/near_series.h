@@ -42,10 +42,11 @@ VOREL_SERIES_INLINE Value CosSquaredOfMidLatitude(Value latitudeSum) {
   const Value z = latitudeSum * latitudeSum;
   const Value zz = z * z;
   const Value poleFactor = 32400.0 - z;
-  const Value low = kCosSquared[0] + kCosSquared[1] * z;
-  const Value middle = kCosSquared[2] + kCosSquared[3] * z;
-  const Value high = (kCosSquared[4] + kCosSquared[5] * z) + zz * kCosSquared[6];
-  return (poleFactor * poleFactor) * (low + zz * (middle + zz * high));
+  const Value power0 = kCosSquared[0] + kCosSquared[1] * z;
+  const Value power2 = kCosSquared[2] + kCosSquared[3] * z;
+  const Value power4 = kCosSquared[4] + kCosSquared[5] * z;
+  const Value power6 = kCosSquared[6] * zz;
+  return (poleFactor * poleFactor) * ((power0 + zz * power2) + (zz * zz) * (power4 + power6));
 }
 
 /// Squared distance, square metres, for differences up to `kNearLimit`. Its square root errs by at most 5 nm up to
@@ -56,22 +57,22 @@ template <class Value>
 VOREL_SERIES_INLINE Value NearSquaredDistance(Value latitudeDifference, Value longitudeDifference,
                                               Value latitudeSum) {
   const Value cosSquared = CosSquaredOfMidLatitude(latitudeSum);
-  const Value sinSquared = 1.0 - cosSquared;
   const Value squareMetres = (kSquareMetres[0] + kSquareMetres[1] * cosSquared) +
                              (cosSquared * cosSquared) * (kSquareMetres[2] + kSquareMetres[3] * cosSquared);
-  const Value meridianRatio = kMeridianRatio * squareMetres;
   const Value uu = latitudeDifference * latitudeDifference;
   const Value vv = longitudeDifference * longitudeDifference;
-  const Value alongMeridian = uu * (meridianRatio * meridianRatio);
   const Value alongParallel = vv * cosSquared;
-  const Value sagitta = kTwelfth * (vv * sinSquared);
-  const Value meridianFourth = (kMeridianFourth[0] + kMeridianFourth[1] * sinSquared) * uu - 3.0 * sagitta;
-  const Value parallelFourth = (kParallelFourth[0] + kParallelFourth[1] * sinSquared) * uu + sagitta;
-  return squareMetres * ((alongMeridian + alongMeridian * meridianFourth) +
-                         (alongParallel - alongParallel * parallelFourth));
+  const Value vvSinSquared = vv - alongParallel;
+  const Value meridianFactor =
+      (kMeridianRatio + (kMeridianFourth[0] + kMeridianFourth[1] * cosSquared) * uu) -
+      kMeridianSagitta * vvSinSquared;
+  const Value parallelFactor =
+      (kParallelFourth[0] + kParallelFourth[1] * cosSquared) * uu + kTwelfth * vvSinSquared;
+  return squareMetres * ((uu * meridianFactor) * (squareMetres * squareMetres) +
+                         (alongParallel - alongParallel * parallelFactor));
 }
 
-/// Squared distance, square metres, for differences up to `kMidLimit`. Its square root errs by at most 0.7
+/// Squared distance, square metres, for differences up to `kMidLimit`. Its square root errs by at most 0.73
 /// micrometres up to 150 km and 8 micrometres up to the limit.
 /// @param latitudeDifference, longitudeDifference, latitudeSum  as above
 template <class Value>

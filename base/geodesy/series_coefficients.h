@@ -5,6 +5,9 @@
 // flattening of WGS-84; `derive_distance_series.py --check` tells whether this file still holds exactly those.
 // "In powers of t" lists the factors of t^0, t^1, ...; angles in degrees unless said otherwise.
 
+// These lines stand as the script prints them.
+// clang-format off
+
 namespace tarvo {
 namespace geodesy {
 
@@ -15,14 +18,16 @@ constexpr double kCosSquared[] = {
 // (a pi / 180)^2 / (1 - e^2 sin^2) in powers of cos^2, square metres per square degree; relative error 1.6e-11.
 constexpr double kSquareMetres[] = {
     12475545069.556402, -84078889.00591032, 566617.6561100736, -3767.92994430067};
-// (1 - e^2) / (a pi / 180)^2: times the above, the squared ratio of the curvatures' root.
-constexpr double kMeridianRatio = 8.015681835211831e-11;
 // (pi / 180)^2 / 12.
 constexpr double kTwelfth = 2.5384784982225715e-05;
-// k1: fourth order along the meridian, per square degree, in powers of sin^2; error 3.0e-9.
-constexpr double kMeridianFourth[] = {5.128125481207966e-07, -1.023048216990449e-06};
-// k2: fourth order along the parallel, per square degree, in powers of sin^2; error 2.7e-9.
-constexpr double kParallelFourth[] = {2.5212125699363995e-05, 1.7096614778589336e-06};
+// ((1 - e^2) / (a pi / 180)^2)^2.
+constexpr double kMeridianRatio = 6.42511552833449e-21;
+// the same times k1 (pi / 180)^2, in powers of cos^2; error of k1 (pi / 180)^2 3.0e-9.
+constexpr double kMeridianFourth[] = {-3.2783231191645375e-27, 6.573202985220246e-27};
+// the same times (pi / 180)^2 / 4.
+constexpr double kMeridianSagitta = 4.893005285181918e-25;
+// k2 (pi / 180)^2, in powers of cos^2; error 2.7e-9.
+constexpr double kParallelFourth[] = {2.6921787177222926e-05, -1.7096614778589336e-06};
 // (a pi / 180)^2, square metres per square degree.
 constexpr double kSquareMetresAtEquator = 12392029030.47372;
 // e^2 = f (2 - f).
@@ -78,6 +83,8 @@ constexpr double kReducedSine2[] = {-1.0, 0.0, -0.625};
 constexpr double kReducedSine4[] = {-0.25, 0.125};
 // factor of sin(6 sigma), in powers of epsilon from epsilon^3.
 constexpr double kReducedSine6[] = {-0.125};
+
+// clang-format on
 
 }  // namespace geodesy
 }  // namespace tarvo

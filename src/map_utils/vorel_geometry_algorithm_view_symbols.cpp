@@ -2,6 +2,7 @@
 
 #include "map_utils/vorel_geometry_algorithm.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <utility>
 
@@ -35,19 +36,15 @@ void VorelGeometryAlgorithm::GetInterpolateShapePoints(const std::vector<GeoCoor
   }
 
   std::uint32_t pointCount = sampledCount;
-  if (isMainRoute) {
-    out = std::move(samples);
-  } else {
+  if (!isMainRoute) {
     pointCount = 0;
-    for (const std::vector<GeoCoordinate>& run : samples) {
-      out.emplace_back();
-      for (const GeoCoordinate& point : run) {
-        if (!IsPointInPolygon(area, point)) continue;
-        out.back().push_back(point);
-        ++pointCount;
-      }
+    for (std::vector<GeoCoordinate>& run : samples) {
+      const auto isOutside = [&area](const GeoCoordinate& point) { return !IsPointInPolygon(area, point); };
+      run.erase(std::remove_if(run.begin(), run.end(), isOutside), run.end());
+      pointCount += static_cast<std::uint32_t>(run.size());
     }
   }
+  out = std::move(samples);
   VOREL_LOG(plog::LogLevel::kDebug, owner, "main route:", isMainRoute,
             ",pt count:", static_cast<std::int32_t>(pointCount));
 }

@@ -295,6 +295,179 @@ void DigestRouteFunctions(const Inputs& inputs) {
   });
 }
 
+/// Cumulative table of a line; empty for an empty one.
+std::vector<double> Table(const Line& line) {
+  std::vector<double> table;
+  if (line.empty()) return table;
+  table.push_back(0.0);
+  Algorithm::GetDistanceAndCache(line, 0, static_cast<unsigned>(line.size()) - 1, table);
+  return table;
+}
+
+void DigestLengths(const Inputs& inputs) {
+  DistanceDigest length("GetDistance", "GetDistance far");
+  DistanceDigest byVector("GetDistanceByVector", "GetDistanceByVector far");
+  DistanceDigest cache("GetDistanceAndCache", "GetDistanceAndCache far");
+  DistanceDigest onLine("DistancePointAAndPointB on a line", "DistancePointAAndPointB on a line far");
+  DistanceDigest byTable("DistancePointAAndPointB by table", "DistancePointAAndPointB by table far");
+  DistanceDigest back("DistanceAToBackB", "DistanceAToBackB far");
+  DistanceDigest route("DistanceOfA2BInRoute", "DistanceOfA2BInRoute far");
+  DistanceDigest find("FindFirstSmallerIndex", "FindFirstSmallerIndex far");
+  Digest order("exact", "IsPointAInFrontOfPointB");
+  std::size_t number = 0;
+  for (LineZ lineZ : inputs.lines) {
+    const Line line = testsupport::WithoutHeight(lineZ);
+    const std::vector<double> table = Table(line);
+    cache.Over(line) << table;
+    for (unsigned from = 0; from < line.size(); from += 7) {
+      const auto count = static_cast<unsigned>(line.size());
+      length.Over(line) << Algorithm::GetDistance(line.data(), count, from, 4294967295u);
+      byVector.Over(line) << Algorithm::GetDistanceByVector(line, from, from + 40)
+                          << Algorithm::GetDistanceByVector(lineZ, from, count);
+      const int a = static_cast<int>(from);
+      const int last = static_cast<int>(count) - 1;
+      const double offsetA = inputs.Number(number++);
+      const double offsetB = inputs.Number(number++);
+      onLine.Over(line) << Algorithm::DistancePointAAndPointB(lineZ, a, offsetA, last, offsetB);
+      byTable.Over(line) << Algorithm::DistancePointAAndPointB(table, a, offsetA, last + 1, offsetB);
+      back.Over(line) << Algorithm::DistanceAToBackB(lineZ, a, offsetA, last, offsetB);
+      route.Over(line) << Algorithm::DistanceOfA2BInRoute(line[from], last, line[from], a, line, table)
+                       << Algorithm::DistanceOfA2BInRoute(line[from], a, line.back(), last, line, table);
+      find.Over(line) << Algorithm::FindFirstSmallerIndex(table, offsetA * 3.0);
+      order << Algorithm::IsPointAInFrontOfPointB(a, offsetA, a, offsetB);
+    }
+  }
+}
+
+void DigestCuts(const Inputs& inputs) {
+  DistanceDigest tail("ChoosePointsInPolyline tail", "ChoosePointsInPolyline tail far");
+  DistanceDigest head("ChoosePointsInPolylineWithMaxLength", "ChoosePointsInPolylineWithMaxLength far");
+  DistanceDigest ahead("ChoosePointsInPolylineFromBasePoint", "ChoosePointsInPolylineFromBasePoint far");
+  DistanceDigest behind("ChoosePointsInPolylineWithOffset", "ChoosePointsInPolylineWithOffset far");
+  DistanceDigest candidates("CalculateCandidatePoints", "CalculateCandidatePoints far");
+  DistanceDigest thinned("PreProcessRoutePoints", "PreProcessRoutePoints far");
+  DistanceDigest onLine("PointOnPolyline", "PointOnPolyline far");
+  Digest onSegment("exact", "IsPointOnLineSegment");
+  for (const LineZ& lineZ : inputs.lines) {
+    const Line line = testsupport::WithoutHeight(lineZ);
+    const std::vector<double> table = Table(line);
+    std::vector<tarvo::RoutePos> positions(line.size());
+    for (std::size_t i = 0; i < line.size(); ++i) {
+      positions[i].coordinate = line[i];
+      positions[i].shapeIndex = static_cast<int>(i);
+    }
+    for (const double metres : {0.0, 3.25, 77.0, 1234.5}) {
+      Line out;
+      tail.Over(line) << Algorithm::ChoosePointsInPolyline(line.data(), static_cast<unsigned>(line.size()),
+                                                           metres, out)
+                      << out;
+      out.clear();
+      LineZ outZ;
+      head.Over(line) << Algorithm::ChoosePointsInPolylineWithMaxLength(line, metres, out) << out
+                      << Algorithm::ChoosePointsInPolylineWithMaxLength(lineZ, metres, outZ) << outZ;
+      out.clear();
+      if (!line.empty()) {
+        ahead.Over(line) << Algorithm::ChoosePointsInPolylineFromBasePoint(0, line[0], metres, line, table,
+                                                                           out)
+                         << out;
+      }
+      out.clear();
+      behind.Over(line) << Algorithm::ChoosePointsInPolylineWithOffset(positions, metres, out, line, table)
+                        << out;
+      thinned.Over(line) << Algorithm::PreProcessRoutePoints({line, line}, static_cast<float>(metres), 3);
+      candidates.Over(line) << Algorithm::CalculateCandidatePoints(
+                                   {line, line}, 3 + static_cast<unsigned>(metres) / 10, out)
+                            << out;
+      for (std::size_t i = 1; i < line.size(); i += 5) {
+        for (const bool checkSegments : {false, true}) {
+          onLine.Over(line) << Algorithm::PointOnPolyline(line, line[i], static_cast<float>(metres),
+                                                          checkSegments);
+        }
+      }
+    }
+  }
+  ForEachTriple(inputs, [&](const GeoCoordinate& a, const GeoCoordinate& b, const GeoCoordinate& c,
+                            std::size_t i) {
+    onSegment << Algorithm::IsPointOnLineSegment(a, c, b)
+              << Algorithm::IsPointOnLineSegment(a, GeoCoordinate(inputs.Number(i), inputs.Number(i + 1)), b);
+  });
+}
+
+void DigestLanes(const Inputs& inputs) {
+  Digest project("libm", "ProjectionPosToLine");
+  Digest walk("libm", "ProjectionPosToLines");
+  Digest scan("libm", "ProjectionPosToLinesDistance");
+  Digest headingScan("libm", "ProjectionPosToLinesDistanceOrientation");
+  DistanceDigest between("PosInAB", "PosInAB far");
+  Digest offset("libm", "PanLinePoints");
+  Digest arrow("libm", "CalcBoundaryPoints");
+  Digest filter("exact", "RelapseCheckFilter");
+  Digest corners("exact", "GetBound of a range");
+  Digest extremes("exact", "GetBoundPoints");
+  Digest normal("exact", "CalculatePlaneNormalVector");
+  Digest height("exact", "GetPointZInPlane");
+  DistanceDigest piece("HandleBoundaryDataByDistance", "HandleBoundaryDataByDistance far");
+  for (const LineZ& line : inputs.lines) {
+    const Line flat = testsupport::WithoutHeight(line);
+    const int middle = static_cast<int>(line.size() / 2);
+    for (std::size_t i = 0; i < line.size(); i += 7) {
+      const GeoCoordinateZ pos(line[i].longitude + 3e-5, line[i].latitude - 2e-5, 0.0f);
+      int segmentIndex = middle;
+      int resultIndex = -7;
+      double ratio = -7.0;
+      walk << Algorithm::ProjectionPosToLines(pos, line, segmentIndex, resultIndex, ratio) << segmentIndex
+           << resultIndex << ratio;
+      int startIndex = 0;
+      scan << Algorithm::ProjectionPosToLinesDistance(pos, line, startIndex, resultIndex, ratio, 0.5, 25.0, 3)
+           << startIndex << resultIndex << ratio;
+      startIndex = 0;
+      headingScan << Algorithm::ProjectionPosToLinesDistanceOrientation(
+                         pos, inputs.Number(i), line, startIndex, resultIndex, ratio, 0.5, 25.0, 60.0, 3)
+                  << startIndex << resultIndex << ratio;
+    }
+    for (const bool left : {false, true}) {
+      LineZ moved;
+      Algorithm::PanLinePoints(line, 1.75f, left, moved);
+      offset << moved;
+    }
+    for (const int type : {0, 1, 2}) {
+      LineZ left;
+      LineZ right;
+      Algorithm::CalcBoundaryPoints(line, 3.5f, static_cast<vorel::ArrowType>(type), left, right);
+      arrow << left << right;
+    }
+    LineZ left;
+    LineZ right;
+    const LineZ reversed(line.rbegin(), line.rend());
+    Algorithm::RelapseCheckFilter(line, line, left, reversed, right);
+    filter << left << right;
+    std::vector<tarvo::MapVector2d> box;
+    corners << Algorithm::GetBound(line, 1, middle, box) << box;
+    std::vector<vorel::Vector2<double>> vectors;
+    for (const GeoCoordinate& point : flat) vectors.push_back({point.longitude, point.latitude});
+    std::vector<vorel::Vector2<double>> extremeVectors;
+    std::vector<int> indices;
+    extremes << Algorithm::GetBoundPoints(vectors, extremeVectors, indices) << indices;
+    const tarvo::HAD::BoundaryData source{line, {1, 3, 4, 9}};
+    for (const double length : {3.0, 40.0, 1e4}) {
+      tarvo::HAD::BoundaryData cut;
+      int cursor = -1;
+      piece.Over(flat) << Algorithm::HandleBoundaryDataByDistance(source, cursor, 1, 0.3, length, cut)
+                       << cut.points << cursor;
+    }
+  }
+  ForEachTriple(inputs,
+                [&](const GeoCoordinateZ& a, const GeoCoordinateZ& b, const GeoCoordinateZ& c, std::size_t) {
+                  GeoCoordinateZ foot;
+                  double ratio = -7.0;
+                  project << Algorithm::ProjectionPosToLine(a, b, c, foot, ratio) << foot << ratio;
+                  between.Over({a, b, c, a}) << Algorithm::PosInAB(b, a, c, ratio) << ratio;
+                  const LineZ plane = {a, b, c};
+                  normal << Algorithm::CalculatePlaneNormalVector(plane);
+                  height << Algorithm::GetPointZInPlane(plane, a) << Algorithm::GetPointZInPlane(plane, b);
+                });
+}
+
 }  // namespace
 
 int main() {
@@ -303,5 +476,8 @@ int main() {
   DigestAngles(inputs);
   DigestPoints(inputs);
   DigestRouteFunctions(inputs);
+  DigestLengths(inputs);
+  DigestCuts(inputs);
+  DigestLanes(inputs);
   return 0;
 }

@@ -43,14 +43,21 @@ if ! awk '/^```cpp$/ {inside = 1; next} /^```$/ {inside = 0} inside' README.md |
   fail "README.md does not quote examples/first_steps.cpp"
 fi
 
+# sources PATTERN...: the project's files, also where there is no git to ask.
+sources() {
+  local names=(-false)
+  for pattern in "$@"; do names+=(-o -name "$pattern"); done
+  find . \( -path ./build -o -path ./out -o -path ./.git \) -prune -o \( "${names[@]}" \) -type f -print | sed 's|^\./||'
+}
+
 if command -v clang-format > /dev/null; then
-  unformatted=$(git ls-files '*.h' '*.cpp' | xargs clang-format --dry-run -Werror 2>&1 | grep -oE '^[^:]+\.(h|cpp)' | sort -u)
+  unformatted=$(sources '*.h' '*.cpp' | xargs clang-format --dry-run -Werror 2>&1 | grep -oE '^[^:]+\.(h|cpp)' | sort -u)
   for file in $unformatted; do fail "$file is not formatted"; done
 else
   echo "format: skipped, needs clang-format"
 fi
 
-for script in $(git ls-files '*.sh') .ci/run; do
+for script in $(sources '*.sh') .ci/run; do
   bash -n "$script" || fail "$script does not parse"
   [ -x "$script" ] || fail "$script is not executable"
 done

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <limits>
 
+#include "support/uniform.h"
+
 namespace testsupport {
 namespace {
 
@@ -66,11 +68,6 @@ std::vector<NamedLineZ> MakeAwkwardLinesZ() {
   special[4].z = -0.0f;
   lines.push_back({"SpecialHeights", special});
   return lines;
-}
-
-double Uniform(std::mt19937& generator, double low, double high) {
-  // Not std::uniform_real_distribution, whose values differ between standard libraries.
-  return low + (high - low) * (static_cast<double>(generator()) / 4294967296.0);
 }
 
 }  // namespace

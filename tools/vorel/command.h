@@ -14,15 +14,33 @@ struct Command {
 };
 
 /// Each command lives in a file of its own, <name>_command.cpp, and is listed in main.cpp.
+Command AddAlongCommand(CLI::App& program);
+Command AddClipCommand(CLI::App& program);
+Command AddContainsCommand(CLI::App& program);
+Command AddMeasureCommand(CLI::App& program);
+Command AddOnLineCommand(CLI::App& program);
+Command AddSampleCommand(CLI::App& program);
 Command AddSymbolsCommand(CLI::App& program);
+Command AddThinCommand(CLI::App& program);
+Command AddMatchCommand(CLI::App& program);
+Command AddOffsetCommand(CLI::App& program);
+Command AddArrowCommand(CLI::App& program);
+Command AddCutCommand(CLI::App& program);
+Command AddPlaneCommand(CLI::App& program);
+Command AddBoundsCommand(CLI::App& program);
 
 /// Reads a whole number of metres.
 /// @param option  how the user calls it; used in messages
 /// @return 1 to 2147483647; throws `BadInput` for anything else
 int ParseWholeMetres(const std::string& text, const std::string& option);
 
-/// One line on standard error for what a user may want to know about a run that went well.
-void PrintNote(const std::string& note);
+/// Reads a length in metres.
+/// @param zeroAllowed  whether 0 is a length too
+/// @return a finite number, greater than 0 or 0; throws `BadInput` for anything else
+double ParseMetres(const std::string& text, const std::string& option, bool zeroAllowed);
+
+/// Reads a whole number from `least` to `most`; throws `BadInput` for anything else.
+int ParseWholeNumber(const std::string& text, const std::string& option, int least, int most);
 
 }  // namespace vorel::tool
 

@@ -34,6 +34,7 @@ struct Geometry {
   GeometryType type;
   simdjson::dom::array coordinates;
   const Place& place;
+  const simdjson::dom::object* feature = nullptr;  ///< that it belongs to; null for a bare geometry
 };
 
 /// "LineString" for `kLineString`.
@@ -101,10 +102,30 @@ void ReadLinePoints(const simdjson::dom::array& coordinates, const Place& place,
 void ForEachLine(const Geometry& geometry, std::vector<tarvo::GeoCoordinate>& points,
                  const std::function<void()>& consumer);
 
+/// The same with heights: the third number of a position, in metres, 0 where it is missing. One beyond the range of a
+/// float is refused.
+void ForEachLine(const Geometry& geometry, std::vector<tarvo::GeoCoordinateZ>& points,
+                 const std::function<void()>& consumer);
+
+/// Appends the positions, with heights, of a Point, a MultiPoint or a LineString.
+/// @return false for other types, with nothing appended
+bool AppendPositions(const Geometry& geometry, std::vector<tarvo::GeoCoordinateZ>& points);
+
+/// Calls `consumer` with each position of a Point or MultiPoint and each vertex of a LineString or MultiLineString, in
+/// order. Returns false, without any call, for polygons.
+bool ForEachPoint(const Geometry& geometry, const std::function<void(const tarvo::GeoCoordinate&)>& consumer);
+
+/// A ring, closing vertex dropped, longitudes unwrapped.
+using Ring = std::vector<tarvo::GeoCoordinate>;
+
+/// Calls `consumer` with the rings of each polygon of a Polygon or MultiPolygon, the outer one first, then the holes.
+/// Returns false, without any call, for other types. Refused, as `BadInput`: rings as for `ReadSinglePolygon`.
+bool ForEachPolygon(const Geometry& geometry, const std::function<void(std::vector<Ring>&)>& consumer);
+
 /// The outer ring of the one polygon that an input holds: closing vertex dropped, longitudes unwrapped.
 /// Refused, as `BadInput`: no polygon, several polygons, a polygon with holes, other geometries, a ring that is not
 /// closed or has fewer than three corners, and one that runs around a pole.
-std::vector<tarvo::GeoCoordinate> ReadSinglePolygon(TextSource& source);
+Ring ReadSinglePolygon(TextSource& source);
 
 }  // namespace vorel::tool
 

@@ -79,11 +79,20 @@ int RunProgram(int argc, char** argv) {
       "\n"
       "Examples\n"
       "  vorel symbols drive.geojson --spacing 50 --picture drive.svg\n"
+      "  vorel measure drive.geojson\n"
       "  vorel symbols --help");
 
   program.require_subcommand(0, 1);
 
-  const std::vector<Command> commands = {vorel::tool::AddSymbolsCommand(program)};
+  const std::vector<Command> commands = {
+      vorel::tool::AddSymbolsCommand(program), vorel::tool::AddSampleCommand(program),
+      vorel::tool::AddMeasureCommand(program), vorel::tool::AddClipCommand(program),
+      vorel::tool::AddThinCommand(program),    vorel::tool::AddContainsCommand(program),
+      vorel::tool::AddOnLineCommand(program),  vorel::tool::AddAlongCommand(program),
+      vorel::tool::AddMatchCommand(program),   vorel::tool::AddOffsetCommand(program),
+      vorel::tool::AddArrowCommand(program),   vorel::tool::AddCutCommand(program),
+      vorel::tool::AddPlaneCommand(program),   vorel::tool::AddBoundsCommand(program),
+  };
   try {
     program.parse(argc, argv);
   } catch (const CLI::CallForVersion&) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <string_view>
+#include <utility>
 
 #include "tools/vorel/map_clipping.h"
 #include "tools/vorel/plain_text.h"
@@ -10,7 +11,8 @@
 namespace vorel::tool {
 namespace {
 
-constexpr double kLeftPixels = 76.0;  // room for latitudes
+constexpr double kLeftPixels = 76.0;  // room for latitudes of up to four decimals
+constexpr double kLeftPixelsPerByte = 7.2;
 constexpr double kRightPixels = 28.0;
 constexpr double kTitlePixels = 48.0;
 constexpr double kSubtitlePixels = 19.0;  // each line
@@ -20,6 +22,14 @@ constexpr double kFarthestPixels = 1e5;   // where an arrow far outside of the m
 constexpr double kFullArrowPixels = 14.0;
 constexpr double kSmallestArrowPixels = 2.0;
 constexpr double kReadableArrowPixels = 8.0;
+constexpr double kLegendEntryPixels = 9.0;
+constexpr double kLegendCharacterPixels = 6.0;
+constexpr double kFullPointRadiusPixels = 3.6;
+constexpr double kOutlinedPointRadiusPixels = 3.0;
+constexpr double kSmallestPointRadiusPixels = 1.3;
+constexpr double kFullSizePoints = 200.0;
+constexpr const char* kSlenderStyle = "stroke-width: 1.6";
+constexpr double kPointRadiusOfSpacing = 0.32;
 constexpr double kArrowOfSpacing = 0.65;
 constexpr double kRoomOfEnlargedArrow = 2.4;  // arrow lengths from one to the next
 
@@ -34,10 +44,12 @@ text { font-family: "DejaVu Sans", "Helvetica Neue", Arial, sans-serif; fill: #2
 .graticule { fill: none; stroke: #dcd9d0; stroke-width: 0.8; }
 .view { fill: #fffefa; stroke: none; }
 .view-border { fill: none; stroke: #7b8a94; stroke-width: 1.2; stroke-dasharray: 6 4; }
-.area, .legend-area { fill: #d9e6cf; fill-opacity: 0.75; stroke: #8fae78; stroke-width: 1.2; }
+.area, .legend-area { fill: #d9e6cf; fill-opacity: 0.75; fill-rule: evenodd; stroke: #8fae78; stroke-width: 1.2; }
 .route, .legend-route { fill: none; stroke: #b3bcc4; stroke-width: 2.4; stroke-linejoin: round; stroke-linecap: round; }
 .piece, .legend-piece { fill: none; stroke: #4f93ce; stroke-width: 4.6; stroke-linejoin: round; stroke-linecap: round; }
 .arrow, .legend-arrow { fill: #b3361e; stroke: #ffffff; stroke-width: 1; stroke-linejoin: round; }
+.point, .legend-point { fill: #b3361e; stroke: #ffffff; stroke-width: 0.8; }
+.hollow, .legend-hollow { fill: #ffffff; stroke: #55656f; stroke-width: 1.2; }
 .small { fill: #ffffff; stroke: none; }
 .bar { fill: #2b3a45; stroke: #2b3a45; stroke-width: 1; }
 .bar-light { fill: #ffffff; stroke: #2b3a45; stroke-width: 1; }
@@ -108,6 +120,13 @@ std::string ArrowPath(double length) {
   return "M" + at(0.0, -0.55) + "L" + at(0.42, 0.45) + "L" + at(0.0, 0.22) + "L" + at(-0.42, 0.45) + "Z";
 }
 
+void AppendLegendDot(pugi::xml_node parent, const char* elementClass) {
+  pugi::xml_node node = AppendElement(parent, "circle", elementClass);
+  SetAttribute(node, "cx", "20");
+  SetAttribute(node, "cy", "0");
+  SetAttribute(node, "r", PixelText(kFullPointRadiusPixels));
+}
+
 /// Stands where a layer's elements go; replaced by the layer's text.
 std::string LayerMark(std::string_view name) {
   return "layer " + std::string(name);
@@ -115,7 +134,17 @@ std::string LayerMark(std::string_view name) {
 
 }  // namespace
 
-MapPicture::MapPicture(const GeoRect& view) : projection_(view), arrowPixels_(kFullArrowPixels) {}
+MapPicture::MapPicture(const GeoRect& view, MapLegend legend)
+    : projection_(view),
+      legend_(std::move(legend)),
+      pointRadiusPixels_(kFullPointRadiusPixels),
+      arrowPixels_(kFullArrowPixels) {}
+
+MapPicture::MapPicture(const GeoRect& view, std::vector<PictureLayer> layers)
+    : MapPicture(view, MapLegend{"", "", "", "", "", "", ""}) {
+  layers_ = std::move(layers);
+  layerTexts_.resize(layers_.size());
+}
 
 /// Path data of `line` wherever the map shows it: more than once where the map is as wide as the earth.
 std::string MapPicture::PathText(const std::vector<tarvo::GeoCoordinate>& line, bool closed) const {
@@ -143,8 +172,40 @@ void MapPicture::AddPath(Spool& layer, const char* elementClass, const std::stri
   layer.Append(ToText(node) + "\n");
 }
 
-void MapPicture::AddArea(const std::vector<tarvo::GeoCoordinate>& ring) {
+void MapPicture::AddLine(std::size_t layer, const std::vector<tarvo::GeoCoordinate>& line,
+                         const Attributes& attributes) {
+  const std::string path = PathText(line, false);
+  if (!path.empty()) AddPath(layerTexts_[layer], layers_[layer].elementClass.c_str(), path, attributes);
+}
+
+void MapPicture::AddRing(std::size_t layer, const std::vector<tarvo::GeoCoordinate>& ring,
+                         const Attributes& attributes) {
   const std::string path = PathText(ring, true);
+  if (!path.empty()) AddPath(layerTexts_[layer], layers_[layer].elementClass.c_str(), path, attributes);
+}
+
+void MapPicture::AddDot(std::size_t layer, const tarvo::GeoCoordinate& position, double radiusPixels,
+                        const Attributes& attributes) {
+  for (const int turns : TurnsIntoView({position, position}, projection_.Extent())) {
+    const Pixel pixel = projection_.ToPixel({position.longitude + 360.0 * turns, position.latitude});
+    if (pixel.y < 0.0 || pixel.y > projection_.height()) continue;
+    pugi::xml_document fragment;
+    pugi::xml_node node = AppendElement(fragment, "circle", layers_[layer].elementClass.c_str());
+    for (const auto& [name, value] : attributes) SetAttribute(node, name, value);
+    SetAttribute(node, "cx", PixelText(pixel.x));
+    SetAttribute(node, "cy", PixelText(pixel.y));
+    SetAttribute(node, "r", PixelText(radiusPixels));
+    layerTexts_[layer].Append(ToText(node) + "\n");
+  }
+}
+
+void MapPicture::AddArea(const std::vector<tarvo::GeoCoordinate>& ring) {
+  AddPolygon({ring});
+}
+
+void MapPicture::AddPolygon(const std::vector<std::vector<tarvo::GeoCoordinate>>& rings) {
+  std::string path;
+  for (const std::vector<tarvo::GeoCoordinate>& ring : rings) path += PathText(ring, true);
   if (!path.empty()) AddPath(areas_, "area", path, {});
 }
 
@@ -155,10 +216,12 @@ void MapPicture::AddRoute(const std::vector<tarvo::GeoCoordinate>& line, std::si
 
 void MapPicture::AddPiece(const std::vector<tarvo::GeoCoordinate>& line, std::size_t routeIndex,
                           std::size_t pieceIndex) {
-  AddPath(pieces_, "piece", line.empty() ? std::string() : PathText(line, false),
-          {{"data-route", std::to_string(routeIndex)},
-           {"data-piece", std::to_string(pieceIndex)},
-           {"data-vertices", std::to_string(line.size())}});
+  std::vector<std::pair<const char*, std::string>> attributes = {
+      {"data-route", std::to_string(routeIndex)},
+      {"data-piece", std::to_string(pieceIndex)},
+      {"data-vertices", std::to_string(line.size())}};
+  if (legend_.slenderPieces) attributes.emplace_back("style", kSlenderStyle);
+  AddPath(pieces_, "piece", line.empty() ? std::string() : PathText(line, false), attributes);
 }
 
 void MapPicture::SetArrowSpacing(double metres) {
@@ -216,6 +279,44 @@ void MapPicture::AddArrow(const tarvo::GeoCoordinate& position, std::optional<do
   arrows_.Append(ToText(node) + "\n");
 }
 
+/// Where a position lies on the picture; of several turns the first one that shows it. Far beyond the map a drawing
+/// program's own number formats may overflow, so it is held within their reach.
+Pixel MapPicture::PixelInReach(const tarvo::GeoCoordinate& position) const {
+  std::vector<tarvo::GeoCoordinate> shifted = {position};
+  const std::vector<int> turns = TurnsIntoView({position, position}, projection_.Extent());
+  if (!turns.empty()) ShiftByTurns(shifted, turns.front());
+  const Pixel pixel = projection_.ToPixel(shifted.front());
+  return {std::clamp(pixel.x, -kFarthestPixels, kFarthestPixels),
+          std::clamp(pixel.y, -kFarthestPixels, kFarthestPixels)};
+}
+
+void MapPicture::SetPointSpacing(double metres) {
+  pointRadiusPixels_ = std::clamp(metres / projection_.metresPerPixel() * kPointRadiusOfSpacing,
+                                  kSmallestPointRadiusPixels, kFullPointRadiusPixels);
+}
+
+void MapPicture::SetPointCount(std::size_t count) {
+  pointRadiusPixels_ =
+      std::clamp(kFullPointRadiusPixels * std::sqrt(kFullSizePoints / static_cast<double>(count)),
+                 kSmallestPointRadiusPixels, kFullPointRadiusPixels);
+}
+
+void MapPicture::AddPoint(const tarvo::GeoCoordinate& position, bool filled,
+                          const std::vector<std::pair<const char*, std::string>>& attributes) {
+  const Pixel pixel = PixelInReach(position);
+  pugi::xml_document fragment;
+  pugi::xml_node node = AppendElement(fragment, "circle", filled ? "point" : "hollow");
+  for (const auto& [name, value] : attributes) SetAttribute(node, name, value);
+  SetAttribute(node, "cx", PixelText(pixel.x));
+  SetAttribute(node, "cy", PixelText(pixel.y));
+  SetAttribute(node, "r", PixelText(pointRadiusPixels_));
+  // A small dot has no room for its outline.
+  if (pointRadiusPixels_ < kOutlinedPointRadiusPixels) {
+    SetAttribute(node, "style", filled ? "stroke: none" : "stroke-width: 0.7");
+  }
+  (filled ? points_ : hollowPoints_).Append(ToText(node) + "\n");
+}
+
 void MapPicture::AppendFrame(pugi::xml_node map) const {
   const double width = projection_.width();
   const double height = projection_.height();
@@ -246,8 +347,12 @@ void MapPicture::Write(const std::string& title, const std::vector<std::string>&
                        OutputTarget& target) {
   const double width = projection_.width();
   const double height = projection_.height();
+  double left = kLeftPixels;
+  for (const Tick& tick : projection_.LatitudeTicks()) {
+    left = std::max(left, kLeftPixelsPerByte * static_cast<double>(tick.label.size()));
+  }
   const double top = kTitlePixels + kSubtitlePixels * static_cast<double>(subtitles.size());
-  const double pageWidth = kLeftPixels + width + kRightPixels;
+  const double pageWidth = left + width + kRightPixels;
   const double pageHeight = top + height + kFooterPixels;
 
   pugi::xml_document document;
@@ -263,20 +368,24 @@ void MapPicture::Write(const std::string& title, const std::vector<std::string>&
                ShortestNumber(extent.min.longitude) + "," + ShortestNumber(extent.min.latitude) + "," +
                    ShortestNumber(extent.max.longitude) + "," + ShortestNumber(extent.max.latitude));
   svg.append_child("title").text().set(XmlCharacters(title).c_str());
-  svg.append_child("style").text().set(kStyle);
+  std::string style = kStyle;
+  for (const PictureLayer& layer : layers_) {
+    style += "." + layer.elementClass + ", .legend-" + layer.elementClass + " { " + layer.style + " }\n";
+  }
+  svg.append_child("style").text().set(style.c_str());
   pugi::xml_node clip = svg.append_child("defs").append_child("clipPath");
   clip.append_attribute("id").set_value("map-clip");
   AppendRectangle(clip, "clip", 0.0, 0.0, width, height);
   AppendRectangle(svg, "page", 0.0, 0.0, pageWidth, pageHeight);
-  AppendText(svg, "title", kLeftPixels, 32.0, nullptr, title);
+  AppendText(svg, "title", left, 32.0, nullptr, title);
   double baseline = 32.0;
   for (const std::string& subtitle : subtitles) {
     baseline += kSubtitlePixels;
-    AppendText(svg, "subtitle", kLeftPixels, baseline, nullptr, subtitle);
+    AppendText(svg, "subtitle", left, baseline, nullptr, subtitle);
   }
 
   pugi::xml_node map = AppendElement(svg, "g", "map");
-  SetAttribute(map, "transform", "translate(" + PixelText(kLeftPixels) + " " + PixelText(top) + ")");
+  SetAttribute(map, "transform", "translate(" + PixelText(left) + " " + PixelText(top) + ")");
   SetAttribute(map, "data-width", PixelText(width));
   SetAttribute(map, "data-height", PixelText(height));
   AppendRectangle(map, "land", 0.0, 0.0, width, height);
@@ -286,7 +395,9 @@ void MapPicture::Write(const std::string& title, const std::vector<std::string>&
   const Pixel lowerRight = projection_.ToPixel({view.max.longitude, view.min.latitude});
   const double viewWidth = lowerRight.x - upperLeft.x;
   const double viewHeight = lowerRight.y - upperLeft.y;
-  AppendRectangle(clipped, "view", upperLeft.x, upperLeft.y, viewWidth, viewHeight);
+  if (!legend_.view.empty()) {
+    AppendRectangle(clipped, "view", upperLeft.x, upperLeft.y, viewWidth, viewHeight);
+  }
   for (const Tick& tick : projection_.LongitudeTicks()) {
     AppendPathElement(clipped, "graticule", LinePath(tick.pixel, 0.0, tick.pixel, height));
   }
@@ -296,21 +407,29 @@ void MapPicture::Write(const std::string& title, const std::vector<std::string>&
   const auto appendLayer = [&](const char* name) {
     AppendElement(clipped, "g", name).append_child(pugi::node_comment).set_value(LayerMark(name).c_str());
   };
-  appendLayer("areas");
-  appendLayer("routes");
-  appendLayer("pieces");
-  AppendRectangle(clipped, "view-border", upperLeft.x, upperLeft.y, viewWidth, viewHeight);
-  appendLayer("arrows");
+  std::vector<std::pair<std::string, Spool*>> texts = {
+      {"areas", &areas_},   {"routes", &routes_}, {"pieces", &pieces_}, {"hollow-points", &hollowPoints_},
+      {"points", &points_}, {"arrows", &arrows_}};
+  for (std::size_t i = 0; i < layers_.size(); ++i) {
+    texts.emplace_back(layers_[i].elementClass + "-layer", &layerTexts_[i]);
+  }
+  for (const auto& [name, text] : texts) {
+    if (text == &hollowPoints_ && !legend_.view.empty()) {
+      AppendRectangle(clipped, "view-border", upperLeft.x, upperLeft.y, viewWidth, viewHeight);
+    }
+    appendLayer(name.c_str());
+  }
   AppendFrame(map);
 
   pugi::xml_node footer = AppendElement(svg, "g", "footer");
   SetAttribute(footer, "transform",
-               "translate(" + PixelText(kLeftPixels) + " " + PixelText(top + height + 52.0) + ")");
+               "translate(" + PixelText(left) + " " + PixelText(top + height + 52.0) + ")");
   AppendScaleBar(footer);
   pugi::xml_node legend = AppendElement(footer, "g", "legend");
   double right = width;
-  const auto appendEntry = [&](const char* label, double labelPixels, const auto& appendSample) {
-    right -= labelPixels;
+  const auto appendEntry = [&](const std::string& label, const auto& appendSample) {
+    if (label.empty()) return;
+    right -= kLegendEntryPixels + kLegendCharacterPixels * static_cast<double>(label.size());
     AppendText(legend, "legend", right, 6.0, nullptr, label);
     right -= 34.0;
     pugi::xml_node sample = legend.append_child("g");
@@ -319,21 +438,38 @@ void MapPicture::Write(const std::string& title, const std::vector<std::string>&
     right -= 18.0;
   };
   // Samples carry their own class names: a reader that counts routes, pieces or arrows must not meet them here.
-  appendEntry("symbol", 46.0, [](pugi::xml_node sample) {
+  for (auto layer = layers_.rbegin(); layer != layers_.rend(); ++layer) {
+    const std::string sampleClass = "legend-" + layer->elementClass;
+    appendEntry(layer->legend, [&](pugi::xml_node sample) {
+      if (layer->shape == PictureLayer::Shape::kArea) {
+        AppendRectangle(sample, sampleClass.c_str(), 2.0, -7.0, 25.0, 14.0);
+      } else if (layer->shape == PictureLayer::Shape::kLine) {
+        AppendPathElement(sample, sampleClass.c_str(), LinePath(2.0, 0.0, 27.0, 0.0));
+      } else {
+        pugi::xml_node dot = AppendElement(sample, "circle", sampleClass.c_str());
+        SetAttribute(dot, "cx", PixelText(20.0));
+        SetAttribute(dot, "r", PixelText(3.0));
+      }
+    });
+  }
+  appendEntry(legend_.hollowPoint, [](pugi::xml_node sample) { AppendLegendDot(sample, "legend-hollow"); });
+  appendEntry(legend_.point, [](pugi::xml_node sample) { AppendLegendDot(sample, "legend-point"); });
+  appendEntry(legend_.arrow, [](pugi::xml_node sample) {
     pugi::xml_node arrow = AppendElement(sample, "path", "legend-arrow");
     SetAttribute(arrow, "transform", "translate(18 0) rotate(90)");
     SetAttribute(arrow, "d", ArrowPath(kFullArrowPixels));
   });
-  appendEntry("piece in view", 84.0, [](pugi::xml_node sample) {
+  appendEntry(legend_.piece, [this](pugi::xml_node sample) {
     AppendPathElement(sample, "legend-piece", LinePath(2.0, 0.0, 27.0, 0.0));
+    if (legend_.slenderPieces) SetAttribute(sample.last_child(), "style", kSlenderStyle);
   });
-  appendEntry("route", 36.0, [](pugi::xml_node sample) {
+  appendEntry(legend_.route, [](pugi::xml_node sample) {
     AppendPathElement(sample, "legend-route", LinePath(2.0, 0.0, 27.0, 0.0));
   });
-  appendEntry("view", 32.0,
+  appendEntry(legend_.view,
               [](pugi::xml_node sample) { AppendRectangle(sample, "view-border", 2.0, -7.0, 25.0, 14.0); });
   if (areas_.sizeBytes() > 0) {
-    appendEntry("area", 32.0,
+    appendEntry(legend_.area,
                 [](pugi::xml_node sample) { AppendRectangle(sample, "legend-area", 2.0, -7.0, 25.0, 14.0); });
   }
 
@@ -341,9 +477,7 @@ void MapPicture::Write(const std::string& title, const std::vector<std::string>&
   FragmentWriter writer(text);
   document.save(writer, " ", pugi::format_indent);
   std::string_view rest = text;
-  const std::pair<const char*, Spool*> layers[] = {
-      {"areas", &areas_}, {"routes", &routes_}, {"pieces", &pieces_}, {"arrows", &arrows_}};
-  for (const auto& [name, layer] : layers) {
+  for (const auto& [name, layer] : texts) {
     const std::string mark = "<!--" + LayerMark(name) + "-->";
     const std::size_t at = rest.find(mark);
     target.Write(rest.substr(0, at));

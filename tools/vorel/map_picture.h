@@ -17,6 +17,28 @@
 
 namespace vorel::tool {
 
+/// One kind of element of a picture, with a style and an entry in the legend.
+struct PictureLayer {
+  enum class Shape { kLine, kArea, kPoint };
+
+  std::string elementClass;  ///< plain ASCII letters
+  std::string legend;        ///< one or two words
+  std::string style;         ///< CSS declarations
+  Shape shape = Shape::kLine;
+};
+
+/// What the legend calls the things on a map. Those with an empty name are left out of it.
+struct MapLegend {
+  std::string view = "view";  ///< empty: the view is only what the map is laid out for, and is not drawn
+  std::string route = "route";
+  std::string piece = "piece in view";
+  std::string arrow = "symbol";
+  std::string area = "area";  ///< left out too where there is no area
+  std::string point;          ///< filled dots
+  std::string hollowPoint;
+  bool slenderPieces = false;  ///< pieces are drawn narrower than routes, so that both can be seen
+};
+
 /// The picture of a map as SVG: what lies under the view and around it, with frame, graticule, scale bar and title.
 ///
 /// Every element that stands for something on the map carries a class (area, route, piece, arrow, view) and data-
@@ -25,12 +47,27 @@ namespace vorel::tool {
 /// not grow with the number of elements.
 class MapPicture {
  public:
-  explicit MapPicture(const GeoRect& view);
+  explicit MapPicture(const GeoRect& view, MapLegend legend = {});
+
+  /// A picture made of the given layers alone, in this order from below; `view` is not outlined.
+  MapPicture(const GeoRect& view, std::vector<PictureLayer> layers);
+
+  /// Adds to the layer number `layer` what the map shows of it; `attributes` are names such as "data-line" with values.
+  using Attributes = std::vector<std::pair<const char*, std::string>>;
+  void AddLine(std::size_t layer, const std::vector<tarvo::GeoCoordinate>& line,
+               const Attributes& attributes);
+  void AddRing(std::size_t layer, const std::vector<tarvo::GeoCoordinate>& ring,
+               const Attributes& attributes);
+  void AddDot(std::size_t layer, const tarvo::GeoCoordinate& position, double radiusPixels,
+              const Attributes& attributes);
 
   const MapProjection& projection() const { return projection_; }
 
   /// A filled polygon under everything else; `ring` is not closed.
   void AddArea(const std::vector<tarvo::GeoCoordinate>& ring);
+
+  /// The same with holes: the outer ring first.
+  void AddPolygon(const std::vector<std::vector<tarvo::GeoCoordinate>>& rings);
 
   /// A line in the light style of what is not in focus. Elements that would be empty are left out.
   void AddRoute(const std::vector<tarvo::GeoCoordinate>& line, std::size_t routeIndex);
@@ -47,6 +84,17 @@ class MapPicture {
   void AddArrow(const tarvo::GeoCoordinate& position, std::optional<double> headingDegrees,
                 std::size_t routeIndex, std::size_t pieceIndex, double metresFromPieceStart);
 
+  /// How far apart the points that follow stand along their line: dots shrink, to a limit, before they overlap.
+  void SetPointSpacing(double metres);
+
+  /// How many points follow, anywhere on the map: many are drawn smaller.
+  void SetPointCount(std::size_t count);
+
+  /// A dot; hollow ones lie under the filled ones. Always one element, also outside of the map.
+  /// @param attributes  such as {"data-point", "12"}
+  void AddPoint(const tarvo::GeoCoordinate& position, bool filled,
+                const std::vector<std::pair<const char*, std::string>>& attributes);
+
   std::size_t arrowsOutside() const { return arrowsOutside_; }
 
   /// What a reader must know about the arrows' size; empty when all have full size.
@@ -62,14 +110,21 @@ class MapPicture {
   std::string PathText(const std::vector<tarvo::GeoCoordinate>& line, bool closed) const;
   void AddPath(Spool& layer, const char* elementClass, const std::string& path,
                const std::vector<std::pair<const char*, std::string>>& attributes);
+  Pixel PixelInReach(const tarvo::GeoCoordinate& position) const;
   void AppendFrame(pugi::xml_node svg) const;
   void AppendScaleBar(pugi::xml_node svg) const;
 
   MapProjection projection_;
+  MapLegend legend_;
   Spool areas_;
   Spool routes_;
   Spool pieces_;
+  Spool hollowPoints_;
+  Spool points_;
   Spool arrows_;
+  double pointRadiusPixels_;
+  std::vector<PictureLayer> layers_;
+  std::vector<Spool> layerTexts_;  // one for each of `layers_`
   double arrowPixels_;
   bool enlargesSome_ = false;
   std::optional<Pixel> lastEnlarged_;

@@ -17,7 +17,9 @@ constexpr double kSmallestViewMetres = 20.0;
 constexpr double kWidestShape = 2.0;  // width by height
 constexpr double kTallestShape = 0.75;
 constexpr double kPixelsPerTick = 150.0;
-constexpr double kSmallestLongitudeScale = 1e-3;  // a view at the pole still gets a picture
+constexpr double kPixelsPerLabelCharacter = 6.5;
+constexpr double kLabelCharactersBesideDecimals = 6.0;  // 139.°E
+constexpr double kSmallestLongitudeScale = 1e-3;        // a view at the pole still gets a picture
 
 /// Digits after the point that a multiple of the round number `step` needs.
 int DecimalsOf(double step) {
@@ -33,7 +35,13 @@ std::string DegreesText(double degrees, int decimals, const char* positive, cons
 /// The multiples of a round step in [low, high], some `kPixelsPerTick` apart.
 template <class Consumer>
 void ForEachRoundValue(double low, double high, double pixels, const Consumer& consumer) {
-  const double step = RoundNumberUpTo((high - low) * kPixelsPerTick / pixels);
+  double step = RoundNumberUpTo((high - low) * kPixelsPerTick / pixels);
+  const double pixelsPerDegree = pixels / (high - low);
+  // A few metres apart, labels have so many digits that they would run into each other.
+  while (step * pixelsPerDegree <
+         kPixelsPerLabelCharacter * (kLabelCharactersBesideDecimals + DecimalsOf(step))) {
+    step = RoundNumberUpTo(2.6 * step);
+  }
   const int decimals = DecimalsOf(step);
   for (double index = std::ceil(low / step); index * step <= high; index += 1.0)
     consumer(index * step, decimals);

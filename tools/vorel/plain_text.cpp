@@ -60,6 +60,13 @@ bool IsXmlCharacter(char32_t c) {
   return !(c < 0x20) && !(c >= 0x7F && c < 0xA0) && c != 0xFFFE && c != 0xFFFF;
 }
 
+template <class Number>
+std::string ShortestText(Number value) {
+  char buffer[32];
+  const auto end = std::to_chars(buffer, buffer + sizeof buffer, value).ptr;
+  return std::string(buffer, end);
+}
+
 }  // namespace
 
 std::string OneLine(std::string_view text) {
@@ -112,9 +119,11 @@ std::string Shorten(std::string_view text, std::size_t maxCharacters) {
 }
 
 std::string ShortestNumber(double value) {
-  char buffer[32];
-  const auto end = std::to_chars(buffer, buffer + sizeof buffer, value == 0.0 ? 0.0 : value).ptr;
-  return std::string(buffer, end);
+  return ShortestText(value == 0.0 ? 0.0 : value);
+}
+
+std::string ShortestNumber(float value) {
+  return ShortestText(value == 0.0f ? 0.0f : value);
 }
 
 std::string FixedNumber(double value, int decimals) {

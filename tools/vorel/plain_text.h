@@ -18,8 +18,9 @@ std::string XmlCharacters(std::string_view text);
 /// `text` with its middle replaced by an ellipsis when it is longer than `maxCharacters` (at least 3) code points.
 std::string Shorten(std::string_view text, std::size_t maxCharacters);
 
-/// The shortest decimal text that reads back as the same double; "0" for both zeros.
+/// The shortest decimal text that reads back as the same value; "0" for both zeros.
 std::string ShortestNumber(double value);
+std::string ShortestNumber(float value);
 
 /// `value` with `decimals` (0 to 15) digits after the point; "0.00" rather than "-0.00".
 std::string FixedNumber(double value, int decimals);

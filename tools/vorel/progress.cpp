@@ -42,4 +42,8 @@ void Progress::Update(std::uint64_t bytesDone, std::uint64_t linesDone) {
   shown_ = true;
 }
 
+void PrintNote(const std::string& note) {
+  std::fprintf(stderr, "vorel: note: %s\n", OneLine(note).c_str());
+}
+
 }  // namespace vorel::tool

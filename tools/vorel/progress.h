@@ -30,6 +30,9 @@ class Progress {
   bool shown_ = false;
 };
 
+/// One line on standard error for what a user may want to know about a run that went well.
+void PrintNote(const std::string& note);
+
 }  // namespace vorel::tool
 
 #endif  // VOREL_TOOLS_VOREL_PROGRESS_H_

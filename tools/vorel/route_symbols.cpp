@@ -66,11 +66,8 @@ RouteSymbolPlacer::RouteSymbolPlacer(const GeoRect& view, int spacingMetres, Lin
 void RouteSymbolPlacer::Place(const Line& line, const std::string& owner,
                               std::vector<RoutePiece>& pieces) const {
   pieces.clear();
-  std::vector<int> turnsInOrder = TurnsIntoView(BoundsOf(line), view_);
-  // What lies farther east comes into the view with a smaller shift.
-  if (line.front().longitude < line.back().longitude) std::reverse(turnsInOrder.begin(), turnsInOrder.end());
   Line shifted;
-  for (const int turns : turnsInOrder) {
+  for (const int turns : TurnsAlongLine(line, view_)) {
     if (turns == 0) {
       PlaceShifted(line, owner, pieces);
       continue;

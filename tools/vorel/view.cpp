@@ -25,6 +25,23 @@ GeoRect StartWithinOneTurn(GeoRect view) {
   return view;
 }
 
+template <class Point>
+void Unwrap(std::vector<Point>& points) {
+  double shift = 0.0;
+  for (std::size_t i = 1; i < points.size(); ++i) {
+    double longitude = points[i].longitude + shift;
+    while (longitude - points[i - 1].longitude > 180.0) {
+      shift -= kTurnDegrees;
+      longitude = points[i].longitude + shift;
+    }
+    while (points[i - 1].longitude - longitude > 180.0) {
+      shift += kTurnDegrees;
+      longitude = points[i].longitude + shift;
+    }
+    points[i].longitude = longitude;
+  }
+}
+
 }  // namespace
 
 GeoRect ParseView(const std::string& text, const std::string& option) {
@@ -78,19 +95,11 @@ std::string ViewText(const GeoRect& view) {
 }
 
 void UnwrapLongitudes(std::vector<tarvo::GeoCoordinate>& points) {
-  double shift = 0.0;
-  for (std::size_t i = 1; i < points.size(); ++i) {
-    double longitude = points[i].longitude + shift;
-    while (longitude - points[i - 1].longitude > 180.0) {
-      shift -= kTurnDegrees;
-      longitude = points[i].longitude + shift;
-    }
-    while (points[i - 1].longitude - longitude > 180.0) {
-      shift += kTurnDegrees;
-      longitude = points[i].longitude + shift;
-    }
-    points[i].longitude = longitude;
-  }
+  Unwrap(points);
+}
+
+void UnwrapLongitudes(std::vector<tarvo::GeoCoordinateZ>& points) {
+  Unwrap(points);
 }
 
 GeoRect BoundsOf(const std::vector<tarvo::GeoCoordinate>& points) {
@@ -122,6 +131,12 @@ std::vector<int> TurnsIntoView(const GeoRect& bounds, const GeoRect& view) {
   return turns;
 }
 
+std::vector<int> TurnsAlongLine(const std::vector<tarvo::GeoCoordinate>& line, const GeoRect& view) {
+  std::vector<int> turns = TurnsIntoView(BoundsOf(line), view);
+  if (line.front().longitude < line.back().longitude) std::reverse(turns.begin(), turns.end());
+  return turns;
+}
+
 void ShiftByTurns(std::vector<tarvo::GeoCoordinate>& points, int turns) {
   if (turns == 0) return;
   for (tarvo::GeoCoordinate& point : points) point.longitude += kTurnDegrees * turns;
@@ -147,6 +162,16 @@ void BoundsCollector::Add(const std::vector<tarvo::GeoCoordinate>& unwrappedPoin
   bounds_.max.longitude = std::max(bounds_.max.longitude, bounds.max.longitude + shift);
   bounds_.min.latitude = std::min(bounds_.min.latitude, bounds.min.latitude);
   bounds_.max.latitude = std::max(bounds_.max.latitude, bounds.max.latitude);
+}
+
+GeoRect BoundsCollector::Whole() const {
+  GeoRect whole = bounds_;
+  if (whole.max.longitude - whole.min.longitude > kTurnDegrees) {
+    const double centre = (whole.min.longitude + whole.max.longitude) / 2.0;
+    whole.min.longitude = centre - kTurnDegrees / 2.0;
+    whole.max.longitude = centre + kTurnDegrees / 2.0;
+  }
+  return StartWithinOneTurn(whole);
 }
 
 GeoRect BoundsCollector::HalvedAboutCentre() const {

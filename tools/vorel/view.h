@@ -30,6 +30,7 @@ std::string ViewText(const GeoRect& view);
 /// The first point stays; so does, to the bit, every line without a step across the antimeridian. A step of exactly
 /// 180 degrees stays as it is.
 void UnwrapLongitudes(std::vector<tarvo::GeoCoordinate>& points);
+void UnwrapLongitudes(std::vector<tarvo::GeoCoordinateZ>& points);
 
 /// The rectangle of one or more points.
 GeoRect BoundsOf(const std::vector<tarvo::GeoCoordinate>& points);
@@ -37,6 +38,10 @@ GeoRect BoundsOf(const std::vector<tarvo::GeoCoordinate>& points);
 /// The whole turns, in ascending order, by which something with the bounds `bounds` can be shifted so that it shares
 /// a meridian with `view` (which may be any rectangle of the strip). Usually one or none.
 std::vector<int> TurnsIntoView(const GeoRect& bounds, const GeoRect& view);
+
+/// The same turns for a line (longitudes unwrapped, not empty), in the direction in which it ends: what lies farther
+/// east comes into the view with a smaller shift.
+std::vector<int> TurnsAlongLine(const std::vector<tarvo::GeoCoordinate>& line, const GeoRect& view);
 
 /// `points` shifted by whole turns. Nothing changes, to the bit, for 0 turns.
 void ShiftByTurns(std::vector<tarvo::GeoCoordinate>& points, int turns);
@@ -51,6 +56,9 @@ class BoundsCollector {
   void Add(const std::vector<tarvo::GeoCoordinate>& unwrappedPoints);
 
   bool empty() const { return empty_; }
+
+  /// The rectangle of everything added; of something wider than the earth 360 degrees about its centre.
+  GeoRect Whole() const;
 
   /// The rectangle of everything added, halved about its centre; width at most 360 degrees.
   GeoRect HalvedAboutCentre() const;

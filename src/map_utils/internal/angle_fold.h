@@ -5,7 +5,7 @@ namespace vorel {
 namespace internal {
 
 // Both folds step by whole turns in the value's own type. They end at once for NaN and never for an infinity or
-// for a value so large that 360 is lost in rounding (float: beyond 2^33).
+// for a value so large that 360 is lost in rounding (beyond 2^33 in float, beyond 2^62 in double).
 
 /// Folds degrees into (-180, 180].
 template <class Float>

@@ -15,6 +15,11 @@ inline std::int32_t TruncateToInt32(double value) {
   return value == value ? static_cast<std::int32_t>(value) : 0;
 }
 
+/// The product modulo 2^32, where the built-in one would be undefined beyond the range.
+inline std::int32_t MultiplyWrapping(std::int32_t a, std::int32_t b) {
+  return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) * static_cast<std::uint32_t>(b));
+}
+
 }  // namespace internal
 }  // namespace vorel
 

@@ -13,6 +13,27 @@ inline float ClampRatio(float ratio) {
   return 1.0f < notNegative ? 1.0f : notNegative;
 }
 
+/// The same in double, for projections: their ratio is never narrowed.
+inline double ClampRatio(double ratio) {
+  const double notNegative = ratio < 0.0 ? 0.0 : ratio;
+  return 1.0 < notNegative ? 1.0 : notNegative;
+}
+
+// A height at a ratio that may lie outside [0, 1]. Two ways, for they differ in the last bit and callers depend on
+// either: points that are built onto a line add in double, feet of projections add in float.
+
+/// Difference in float, scaled and added in double, narrowed at the end.
+inline float HeightAddedInDouble(float start, float end, double ratio) {
+  const float difference = end - start;
+  return static_cast<float>(static_cast<double>(difference) * ratio + static_cast<double>(start));
+}
+
+/// Difference in float, scaled in double, narrowed, and added in float.
+inline float HeightAddedInFloat(float start, float end, double ratio) {
+  const float difference = end - start;
+  return start + static_cast<float>(static_cast<double>(difference) * ratio);
+}
+
 /// The point at the clamped ratio of the way from `start` to `end`, each field by itself, in degrees. A ratio of 1
 /// gives start + (end - start), which may differ from `end` in the last bit.
 inline tarvo::GeoCoordinate PointAtRatio(const tarvo::GeoCoordinate& start, const tarvo::GeoCoordinate& end,
@@ -22,15 +43,13 @@ inline tarvo::GeoCoordinate PointAtRatio(const tarvo::GeoCoordinate& start, cons
                               start.latitude + r * (end.latitude - start.latitude));
 }
 
-/// The same with a height: its difference is taken in float, scaled and added in double, and narrowed at the end.
+/// The same with a height.
 inline tarvo::GeoCoordinateZ PointAtRatio(const tarvo::GeoCoordinateZ& start,
                                           const tarvo::GeoCoordinateZ& end, float ratio) {
   const double r = ClampRatio(ratio);
-  const float heightDifference = end.z - start.z;
-  return tarvo::GeoCoordinateZ(
-      start.longitude + r * (end.longitude - start.longitude),
-      start.latitude + r * (end.latitude - start.latitude),
-      static_cast<float>(static_cast<double>(heightDifference) * r + static_cast<double>(start.z)));
+  return tarvo::GeoCoordinateZ(start.longitude + r * (end.longitude - start.longitude),
+                               start.latitude + r * (end.latitude - start.latitude),
+                               HeightAddedInDouble(start.z, end.z, r));
 }
 
 }  // namespace internal

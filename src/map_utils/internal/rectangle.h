@@ -19,7 +19,7 @@ inline bool IsInNearnessBox(const tarvo::GeoCoordinate& center, float metres,
                             const tarvo::GeoCoordinate& other) {
   if (metres > 12000.0f) return false;
   // Half widths in degrees: float constants widened to double. The thresholds are the lengths of 0.01, 0.001 and
-  // 0.0001 degree of latitude in whole metres; 0.1 degree serves every radius beyond.
+  // 0.0001 degree on a circle of the equatorial radius in whole metres; 0.1 degree serves every radius beyond.
   const double halfWidth = static_cast<double>(metres >= 1113.0f  ? 0.1f
                                                : metres >= 111.0f ? 0.01f
                                                : metres >= 11.0f  ? 0.001f
