@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <csignal>
 #include <filesystem>
 #include <functional>
 #include <string>
@@ -345,6 +346,22 @@ TEST(BadFiles, AnEarlierOutputStaysAsItWas) {
   directory.Write("map.svg", "earlier map");
   ExpectRefused({"symbols", "route.json", "--view", "7,43,8,44", "--out", "out.json", "--picture", "map.svg"},
                 "", directory, {"line 2", "latitude 99"});
+}
+
+TEST(BadFiles, ASignalLeavesNothingBehind) {
+  for (const int signalNumber : {SIGINT, SIGTERM, SIGHUP}) {
+    SCOPED_TRACE(signalNumber);
+    const TemporaryDirectory directory;
+    directory.Write("map.svg", "earlier map");
+    const auto before = directory.Contents();
+    // Half a document, longer than a pipe holds: both outputs are open when the tool has taken the first part.
+    const std::string half = R"({"type":"LineString","coordinates":[[7,43])" + std::string(500000, ' ');
+    EXPECT_EQ(
+        SignalProgramWhileItReads(VOREL_TOOL_PATH, {"symbols", "--out", "out.json", "--picture", "map.svg"},
+                                  half, signalNumber, directory.path()),
+        -signalNumber);
+    EXPECT_EQ(directory.Contents(), before);
+  }
 }
 
 TEST(BadFiles, RecordBeyondTheLimit) {

@@ -337,6 +337,7 @@ TEST_F(ToolPicture, TitleSurvivesAnyFileName) {
        "e \xE9\x81\x93.json"},
       {"tab\tbell\a.json", "tab\\x09bell\\x07.json"},
       {"broken\xFF.json", "broken\\xff.json"},
+      {"no character \xEF\xBF\xBE.json", "no character \xEF\xBF\xBD.json"},
   };
   for (const auto& [name, title] : names) {
     SCOPED_TRACE(title);

@@ -82,6 +82,38 @@ ProgramResult RunProgram(const std::string& path, const std::vector<std::string>
   return result;
 }
 
+int SignalProgramWhileItReads(const std::string& path, const std::vector<std::string>& arguments,
+                              const std::string& input, int signalNumber,
+                              const std::filesystem::path& directory) {
+  std::vector<const char*> argv = {path.c_str()};
+  for (const std::string& argument : arguments) argv.push_back(argument.c_str());
+  argv.push_back(nullptr);
+  int pipeEnds[2];
+  if (pipe(pipeEnds) != 0) throw std::runtime_error("no pipe");
+  const pid_t child = fork();
+  if (child < 0) throw std::runtime_error("no new process");
+  if (child == 0) {
+    dup2(pipeEnds[0], STDIN_FILENO);
+    close(pipeEnds[0]);
+    close(pipeEnds[1]);
+    std::signal(signalNumber, SIG_DFL);  // whoever started the tests may have switched it off
+    if (chdir(directory.c_str()) != 0) _exit(126);
+    execv(path.c_str(), const_cast<char* const*>(argv.data()));
+    _exit(127);
+  }
+  close(pipeEnds[0]);
+  for (std::size_t written = 0; written < input.size();) {
+    const ssize_t count = write(pipeEnds[1], input.data() + written, input.size() - written);
+    if (count <= 0) break;
+    written += static_cast<std::size_t>(count);
+  }
+  kill(child, signalNumber);
+  int status = 0;
+  waitpid(child, &status, 0);
+  close(pipeEnds[1]);
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+}
+
 TemporaryDirectory::TemporaryDirectory() {
   std::string pattern = (std::filesystem::temp_directory_path() / "vorel-test-XXXXXX").string();
   if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no temporary directory");

@@ -21,6 +21,12 @@ struct ProgramResult {
 ProgramResult RunProgram(const std::string& path, const std::vector<std::string>& arguments,
                          const std::string& input = "", const std::filesystem::path& directory = {});
 
+/// Starts a program, sends it a signal while it waits for more of its standard input, and returns its exit status as
+/// in `ProgramResult`. It has begun to read by then: `input` must be longer than a pipe holds.
+int SignalProgramWhileItReads(const std::string& path, const std::vector<std::string>& arguments,
+                              const std::string& input, int signalNumber,
+                              const std::filesystem::path& directory);
+
 /// A new empty directory that vanishes with the object.
 class TemporaryDirectory {
  public:
