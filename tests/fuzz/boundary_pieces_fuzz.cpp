@@ -34,7 +34,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       const double length = input.MetresAlong(source.points);
       EXPECT_SAME(
           Library::HandleBoundaryDataByDistance(source, cursor, startIndex, startRatio, length, piece),
-          reference::HandleBoundaryDataByDistance(source, expectedCursor, startIndex, startRatio, length, expected));
+          reference::HandleBoundaryDataByDistance(source, expectedCursor, startIndex, startRatio, length,
+                                                  expected));
       EXPECT_SAME(cursor, expectedCursor);
       EXPECT_SAME(piece.points, expected.points);
       EXPECT_SAME(piece.pointIndices, expected.pointIndices);

@@ -45,8 +45,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       default: {
         while (points.size() < 3) points.push_back(input.PointNear(points));
         const tarvo::GeoCoordinate position = input.PointNear(fuzz::WithoutHeight(points));
-        EXPECT_SAME(Library::CalculatePlaneNormalVector(points), reference::CalculatePlaneNormalVector(points));
-        EXPECT_SAME(Library::GetPointZInPlane(points, position), reference::GetPointZInPlane(points, position));
+        EXPECT_SAME(Library::CalculatePlaneNormalVector(points),
+                    reference::CalculatePlaneNormalVector(points));
+        EXPECT_SAME(Library::GetPointZInPlane(points, position),
+                    reference::GetPointZInPlane(points, position));
         break;
       }
     }

@@ -26,7 +26,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
           const bool currentInside = input.Flag();
           const unsigned vertexCount = input.UnsignedIndex(line.size());
           Library::CutPolylineUpdate(previousInside, currentInside, index, vertexCount, line, rect, pieces);
-          reference::CutPolylineUpdate(previousInside, currentInside, index, vertexCount, line, rect, expected);
+          reference::CutPolylineUpdate(previousInside, currentInside, index, vertexCount, line, rect,
+                                       expected);
           EXPECT_SAME(pieces, expected);
           break;
         }

@@ -19,7 +19,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       const bool checkSegments = input.Flag();
       switch (input.Byte() % 7) {
         case 0:
-          EXPECT_SAME(Library::IsPointOnLineSegment(a, b, point), reference::IsPointOnLineSegment(a, b, point));
+          EXPECT_SAME(Library::IsPointOnLineSegment(a, b, point),
+                      reference::IsPointOnLineSegment(a, b, point));
           break;
         case 1:
           EXPECT_SAME(Library::IsPointOnPolyline(line, point, tolerance, checkSegments),

@@ -151,9 +151,9 @@ double FuzzInput::Angle() {
 }
 
 double FuzzInput::Metres() {
-  static const double kThresholds[] = {0.0,  -0.0,  0.01,  0.1,    0.5,     1.0,    2.0,   5.0,
-                                       6.0,  10.0,  11.0,  25.0,   50.0,    100.0,  111.0, 1000.0,
-                                       -1.0, 1113.0, 12000.0, 999988.0, 20003931.0, -10.0, 0.3, 1e-9};
+  static const double kThresholds[] = {0.0,  -0.0,   0.01,    0.1,      0.5,        1.0,   2.0,   5.0,
+                                       6.0,  10.0,   11.0,    25.0,     50.0,       100.0, 111.0, 1000.0,
+                                       -1.0, 1113.0, 12000.0, 999988.0, 20003931.0, -10.0, 0.3,   1e-9};
   switch (Byte() % 8) {
     case 0:
       return Number();
@@ -196,19 +196,25 @@ double FuzzInput::Ratio() {
 }
 
 float FuzzInput::Height() {
-  static const float kValues[] = {std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::infinity(),
-                                  -std::numeric_limits<float>::infinity(), std::numeric_limits<float>::max(),
-                                  std::numeric_limits<float>::denorm_min(), -0.0f, 0.1f, 16777216.0f};
+  static const float kValues[] = {std::numeric_limits<float>::quiet_NaN(),
+                                  std::numeric_limits<float>::infinity(),
+                                  -std::numeric_limits<float>::infinity(),
+                                  std::numeric_limits<float>::max(),
+                                  std::numeric_limits<float>::denorm_min(),
+                                  -0.0f,
+                                  0.1f,
+                                  16777216.0f};
   const std::uint8_t choice = Byte();
   if (choice >= 248) return kValues[choice - 248];
   return static_cast<float>(choice) * 0.1f;
 }
 
 GeoCoordinate FuzzInput::Origin() {
-  static const GeoCoordinate kOrigins[] = {{0.0, 0.0},       {7.5, 47.5},       {116.39, 39.9},     {179.9999, -17.0},
-                                           {-180.0, 10.0},   {20.0, 89.999},    {0.0, -90.0},       {11.0, 60.0},
-                                           {-0.0, -0.0},     {-70.0, -33.5},    {359.9999, 5.0},    {179.9, 0.0},
-                                           {1e-9, -1e-9},    {90.0, 89.9999999}, {-179.9999, 66.5}, {30.0, 75.0}};
+  static const GeoCoordinate kOrigins[] = {
+      {0.0, 0.0},     {7.5, 47.5},        {116.39, 39.9},    {179.9999, -17.0},
+      {-180.0, 10.0}, {20.0, 89.999},     {0.0, -90.0},      {11.0, 60.0},
+      {-0.0, -0.0},   {-70.0, -33.5},     {359.9999, 5.0},   {179.9, 0.0},
+      {1e-9, -1e-9},  {90.0, 89.9999999}, {-179.9999, 66.5}, {30.0, 75.0}};
   return Pick(*this, kOrigins);
 }
 

@@ -93,17 +93,23 @@ std::string Escaped(const std::string& text) {
     char code[8];
     const unsigned value = static_cast<unsigned char>(character);
     std::snprintf(code, sizeof code, "\\x%02x", value);
-    if (character == '\n') result += "\\n";
-    else if (character == '\r') result += "\\r";
-    else if (character == '\t') result += "\\t";
-    else if (value < 32 || value == 127) result += code;
-    else result += character;
+    if (character == '\n')
+      result += "\\n";
+    else if (character == '\r')
+      result += "\\r";
+    else if (character == '\t')
+      result += "\\t";
+    else if (value < 32 || value == 127)
+      result += code;
+    else
+      result += character;
   }
   return result;
 }
 
 void CheckFormat(FuzzInput& input) {
-  const std::string function = input.Text(6), file = input.Text(10), tag = input.Text(4), message = input.Text(12);
+  const std::string function = input.Text(6), file = input.Text(10), tag = input.Text(4),
+                    message = input.Text(12);
   const std::size_t line = input.Below(65536);
   const int level = Level(input);
   const bool hasFunction = input.Flag(), hasFile = input.Flag();
@@ -206,7 +212,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         for (std::size_t left = input.Below(4); left > 0; --left) {
           const std::size_t each = input.Below(kSinkCount + 1);
           arguments.push_back(each < kSinkCount ? sinks[each] : nullptr);
-          if (each < kSinkCount && std::find(list.begin(), list.end(), each) == list.end()) list.push_back(each);
+          if (each < kSinkCount && std::find(list.begin(), list.end(), each) == list.end())
+            list.push_back(each);
         }
         EXPECT_SAME(plog::Logger::Register(id, static_cast<plog::LogLevel>(level), arguments), !isKnown);
         if (!isKnown) model.loggers[id] = {level, list};
@@ -267,7 +274,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       default: {
         const std::string message = input.Text(8);
         {
-          plog::Record record(static_cast<plog::LogLevel>(level), "Function", 3, "folder/file.cpp", id, "tag");
+          plog::Record record(static_cast<plog::LogLevel>(level), "Function", 3, "folder/file.cpp", id,
+                              "tag");
           record.message << message;
         }
         model.Submit(id, level, message);
@@ -290,6 +298,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   EXPECT_HOLDS(throwingMessages == model.messages[3]);
   EXPECT_HOLDS(loggingMessages == model.messages[4]);
   for (const auto& each : model.loggers) EXPECT_HOLDS(plog::Logger::Unregister(each.first));
-  for (const auto& each : sinks) EXPECT_HOLDS(each.use_count() == (each == memorySink || each == streamSink ? 2 : 1));
+  for (const auto& each : sinks)
+    EXPECT_HOLDS(each.use_count() == (each == memorySink || each == streamSink ? 2 : 1));
   return 0;
 }

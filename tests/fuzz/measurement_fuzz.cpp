@@ -75,8 +75,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         }
         case 4: {
           const int index = Library::FindFirstSmallerIndex(table, offsetA);
-          const bool isAscending = std::is_sorted(table.begin(), table.end()) &&
-                                   std::none_of(table.begin(), table.end(), [](double v) { return std::isnan(v); });
+          const bool isAscending =
+              std::is_sorted(table.begin(), table.end()) &&
+              std::none_of(table.begin(), table.end(), [](double v) { return std::isnan(v); });
           if (isAscending) {
             EXPECT_SAME(index, reference::FindFirstSmallerIndex(table, offsetA));
           } else {

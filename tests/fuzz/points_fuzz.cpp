@@ -34,7 +34,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       case 2: {
         const fuzz::Line line = input.PointLine(4);
         const auto first = input.RectNear(line), second = input.RectNear(line);
-        EXPECT_SAME(Library::IsRectIntersectsRect(first, second), reference::IsRectIntersectsRect(first, second));
+        EXPECT_SAME(Library::IsRectIntersectsRect(first, second),
+                    reference::IsRectIntersectsRect(first, second));
         break;
       }
       case 3: {
@@ -62,7 +63,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       case 6: {
         const GeoCoordinate start = input.Point(), end = input.Point();
         const double distance = input.Metres();
-        EXPECT_SAME(Library::GetLinePoint(start, end, distance), reference::GetLinePoint(start, end, distance));
+        EXPECT_SAME(Library::GetLinePoint(start, end, distance),
+                    reference::GetLinePoint(start, end, distance));
         break;
       }
       case 7: {
@@ -90,7 +92,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
           latitude = start.latitude;
           Library::ComputerThatLonLat(longitude, latitude, azimuth, distance, longitude, latitude);
         } else {
-          Library::ComputerThatLonLat(start.longitude, start.latitude, azimuth, distance, longitude, latitude);
+          Library::ComputerThatLonLat(start.longitude, start.latitude, azimuth, distance, longitude,
+                                      latitude);
         }
         EXPECT_SAME(longitude, expectedLongitude);
         EXPECT_SAME(latitude, expectedLatitude);

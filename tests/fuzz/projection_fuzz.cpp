@@ -67,7 +67,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
               reference::ProjectionPosToLine(points[0], points[1], points[2], expectedFoot, expectedRatio);
           const std::size_t place = input.Below(5);  // the foot may be one of the three points
           GeoCoordinateZ& written = place < 3 ? points[place] : foot;
-          EXPECT_SAME(Library::ProjectionPosToLine(points[0], points[1], points[2], written, ratio), expected);
+          EXPECT_SAME(Library::ProjectionPosToLine(points[0], points[1], points[2], written, ratio),
+                      expected);
           EXPECT_SAME(written, expectedFoot);
           EXPECT_SAME(ratio, expectedRatio);
           break;

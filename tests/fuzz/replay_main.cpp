@@ -26,7 +26,8 @@ int main(int argc, char** argv) {
   std::sort(files.begin(), files.end());
   for (const std::filesystem::path& file : files) {
     std::ifstream stream(file, std::ios::binary);
-    const std::vector<char> content((std::istreambuf_iterator<char>(stream)), std::istreambuf_iterator<char>());
+    const std::vector<char> content((std::istreambuf_iterator<char>(stream)),
+                                    std::istreambuf_iterator<char>());
     if (!stream) {
       std::fprintf(stderr, "%s: cannot be read\n", file.c_str());
       return 2;

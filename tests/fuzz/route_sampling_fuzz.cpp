@@ -60,7 +60,8 @@ void CheckFromBasePoint(FuzzInput& input, const fuzz::Line& points, const std::v
     return Library::ChoosePointsInPolylineFromBasePoint(baseIndex, passed, length, points, table, out);
   });
   const auto expectedResult = fuzz::UnlessOutOfRange([&] {
-    return reference::ChoosePointsInPolylineFromBasePoint(baseIndex, basePoint, length, points, table, expected);
+    return reference::ChoosePointsInPolylineFromBasePoint(baseIndex, basePoint, length, points, table,
+                                                          expected);
   });
   EXPECT_SAME(actualResult.has_value(), expectedResult.has_value());
   if (actualResult) EXPECT_SAME(*actualResult, *expectedResult);
@@ -81,11 +82,13 @@ void CheckWithOffset(FuzzInput& input, fuzz::Line points, const std::vector<doub
   const fuzz::Line pointsBefore = points;
   Records().Clear();
   const auto actualResult = fuzz::UnlessOutOfRange([&] {
-    return Library::ChoosePointsInPolylineWithOffset(positions, offset, outIsPoints ? points : out, points, table);
+    return Library::ChoosePointsInPolylineWithOffset(positions, offset, outIsPoints ? points : out, points,
+                                                     table);
   });
   double reached = std::numeric_limits<double>::infinity();  // no chain of finite steps gets there
   const auto expectedResult = fuzz::UnlessOutOfRange([&] {
-    return reference::ChoosePointsInPolylineWithOffset(positions, offset, expected, pointsBefore, table, &reached);
+    return reference::ChoosePointsInPolylineWithOffset(positions, offset, expected, pointsBefore, table,
+                                                       &reached);
   });
   EXPECT_SAME(actualResult.has_value(), expectedResult.has_value());
   if (actualResult) EXPECT_SAME(*actualResult, *expectedResult);
@@ -97,9 +100,9 @@ void CheckWithOffset(FuzzInput& input, fuzz::Line points, const std::vector<doub
   EXPECT_HOLDS(Records().Count() == 1);
   const plog::StoredRecord record = Records().Records()[0];
   EXPECT_HOLDS(record.level == plog::LogLevel::kWarning);
-  const std::string message = "[Vorel][Vorel]" + vorel::logging::GetTagName(vorel::logging::kGeometryTagIndex) +
-                              "accumulative_distance:" + SixDecimals(reached) +
-                              "< offset_length :" + SixDecimals(offset);
+  const std::string message =
+      "[Vorel][Vorel]" + vorel::logging::GetTagName(vorel::logging::kGeometryTagIndex) +
+      "accumulative_distance:" + SixDecimals(reached) + "< offset_length :" + SixDecimals(offset);
   if (record.message != message) fuzz::Fail(record.message.c_str(), message.c_str(), __FILE__, __LINE__);
 }
 

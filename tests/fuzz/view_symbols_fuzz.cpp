@@ -46,7 +46,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     fuzz::Line area = input.PointLine(20);
     if (areaIsShape) area = shape;
     // Some length / interval points come out.
-    int interval = input.Flag() ? input.Index(300) : static_cast<int>(input.MetresAlong(shape) < 1e6 ? input.Byte() : 7);
+    int interval =
+        input.Flag() ? input.Index(300) : static_cast<int>(input.MetresAlong(shape) < 1e6 ? input.Byte() : 7);
     const double length = fuzz::FiniteLength(shape);
     if (interval > 0 && length / interval > 3000.0) interval = static_cast<int>(length / 3000.0) + 1;
     const std::string owner = input.Text(5);
@@ -54,8 +55,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::vector<fuzz::Line> expected = out;
     Records().Clear();
     timerReports = 0;
-    Library::GetInterpolateShapePoints(shape, isMainRoute, viewRect, areaIsShape ? shape : area, interval, owner,
-                                       out);
+    Library::GetInterpolateShapePoints(shape, isMainRoute, viewRect, areaIsShape ? shape : area, interval,
+                                       owner, out);
     const int count =
         reference::GetInterpolateShapePoints(shape, isMainRoute, viewRect, area, interval, owner, expected);
     EXPECT_SAME(out, expected);
@@ -65,9 +66,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (count >= 0) {
       const plog::StoredRecord record = Records().Records()[0];
       EXPECT_HOLDS(record.level == plog::LogLevel::kDebug);
-      const std::string message = "[Vorel][" + owner + "]" +
-                                  vorel::logging::GetTagName(vorel::logging::kGeometryTagIndex) +
-                                  "main route:" + (isMainRoute ? "1" : "0") + ",pt count:" + std::to_string(count);
+      const std::string message =
+          "[Vorel][" + owner + "]" + vorel::logging::GetTagName(vorel::logging::kGeometryTagIndex) +
+          "main route:" + (isMainRoute ? "1" : "0") + ",pt count:" + std::to_string(count);
       if (record.message != message) fuzz::Fail(record.message.c_str(), message.c_str(), __FILE__, __LINE__);
     }
   } while (!input.IsAtEnd());
