@@ -24,7 +24,7 @@ OTHERS = {
 
 def plain_type(text):
     """A type without its qualifiers, namespaces and allocators, so that header and symbols spell it alike."""
-    text = re.sub(r"\bconst\b|\b(std|__cxx11|tarvo|vorel|HAD)::|&", "", text)
+    text = re.sub(r"\bconst\b|\b(std|__cxx11|__debug|__1|tarvo|vorel|HAD)::|&", "", text)
     text = re.sub(r"\bunsigned int\b", "unsigned", text)
     text = re.sub(r"\s*([<>,*])\s*", r"\1", text).strip()
     text = text.replace("basic_string<char,char_traits<char>,allocator<char>>", "string")

@@ -175,6 +175,8 @@ double FuzzInput::MetresAlong(const Line& line) {
   double length = LengthOfFirst(line, Below(line.size()));
   if (choice == 1) length = Neighbour(length);
   if (choice == 2) length = length * Ratio();
+  // A spacing that divides the length: samples fall on vertices.
+  if (choice == 3) length = length / static_cast<double>(1 + Byte() % 8);
   return length;
 }
 

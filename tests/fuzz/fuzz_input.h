@@ -41,7 +41,7 @@ class FuzzInput {
   double Angle();
   /// A length: thresholds of the library and their neighbours, everyday lengths, any double.
   double Metres();
-  /// The length of the first segments of `line`, summed in order: hits vertices exactly. Otherwise as `Metres`.
+  /// The length of the first segments of `line`, summed in order, or a part of it: hits vertices exactly. Otherwise as `Metres`.
   double MetresAlong(const Line& line);
   double MetresAlong(const LineZ& line);
   /// A fraction, mostly in [0, 1].
