@@ -8,7 +8,8 @@ namespace geodesy {
 /// included: the inverse geodesic problem without its azimuths. Absolute error some 0.02 micrometres.
 ///
 /// @param latitudeA, latitudeB  degrees in [-90, 90]; the same bits when they are swapped
-/// @param longitudeDifference   degrees in [0, 180]
+/// @param longitudeDifference   degrees in [0, 180]: 0 or at least 1e-100 (unchecked: below it squares underflow, and two
+///                              points of one latitude give NaN; pairs so close are the near series' business)
 /// Other values: not checked, the result means nothing, but it always returns.
 /// Cost: 0.3 to 1 microseconds; the math library's sin, cos and atan2.
 ///
