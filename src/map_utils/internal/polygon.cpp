@@ -5,21 +5,13 @@
 #include <atomic>
 #include <cstddef>
 
+#include "map_utils/internal/instruction_set.h"
 #include "map_utils/internal/polygon_kernel.h"
 
 namespace vorel {
 namespace internal {
 
 namespace {
-
-bool HasAvx2() {
-#if defined(__x86_64__)
-  __builtin_cpu_init();  // for calls from constructors of other objects
-  return __builtin_cpu_supports("avx2");
-#else
-  return false;
-#endif
-}
 
 /// Null until the first call has chosen; every thread chooses the same.
 std::atomic<LocateInPolygon> current{nullptr};

@@ -7,6 +7,7 @@
 #include <cstddef>
 
 #include "base/geodesy/distance.h"
+#include "map_utils/internal/instruction_set.h"
 #include "map_utils/internal/segment_lengths_kernel.h"
 
 namespace vorel {
@@ -33,15 +34,6 @@ constexpr SegmentKernel kScalarKernel = {static_cast<std::size_t>(-1), StoreNone
 #ifdef VOREL_HAVE_SEGMENT_VECTORS
 constexpr SegmentKernel kTwoLanesKernel = MakeSegmentKernel<TwoLanes>();
 #endif
-
-bool HasAvx2() {
-#if defined(__GNUC__) && (defined(__x86_64__) || defined(__i386__))
-  __builtin_cpu_init();  // for calls from constructors of other objects
-  return __builtin_cpu_supports("avx2");
-#else
-  return false;
-#endif
-}
 
 /// Null until the first call has chosen; every thread chooses the same.
 std::atomic<const SegmentKernel*> currentKernel{nullptr};
