@@ -27,7 +27,23 @@ if [ $# -gt 0 ] && [ "${1#-}" = "$1" ]; then
 fi
 mkdir -p "$root/out"
 name=$(basename "${route%.*}")
-"$build/tools/vorel/vorel" symbols "$route" --out "$root/out/$name.symbols.geojson" \
-  --picture "$root/out/$name.symbols.svg" "$@"
-echo "The picture: $root/out/$name.symbols.svg (any browser shows it)"
-echo "The symbols: $root/out/$name.symbols.geojson"
+out=$root/out/$name.symbols.geojson
+picture=$root/out/$name.symbols.svg
+given=()
+for ((i = 1; i <= $#; i++)); do
+  next=$((i + 1))
+  case ${!i} in
+    --out) out=${!next:-} ;;
+    --out=*) out=${!i#--out=} ;;
+    --picture) picture=${!next:-} ;;
+    --picture=*) picture=${!i#--picture=} ;;
+    *)
+      given+=("${!i}")
+      continue
+      ;;
+  esac
+  case ${!i} in --out | --picture) i=$next ;; esac
+done
+"$build/tools/vorel/vorel" symbols "$route" --out "$out" --picture "$picture" ${given[@]+"${given[@]}"}
+echo "The picture: $picture (any browser shows it)"
+echo "The symbols: $out"

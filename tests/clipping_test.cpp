@@ -652,7 +652,7 @@ TEST(CutPolyline, AllocatesOnlyForPieces) {
   const Line line = testsupport::RandomLine(generator, 500);
   const Rect elsewhere{{200, 0}, {201, 1}};
   Pieces pieces;
-  const vorel_test::AllocationCounter allocations;
+  const testsupport::AllocationCounter allocations;
   VorelGeometryAlgorithm::CutPolyline(line, elsewhere, pieces);
   EXPECT_EQ(allocations.Count(), 0u);
   EXPECT_TRUE(pieces.empty());
@@ -667,7 +667,7 @@ TEST(CutPolyline, AnAllocationFailureLeavesThePiecesBefore) {
     Pieces pieces;
     failed = false;
     {
-      const vorel_test::AllocationLimit limit(allowed);
+      const testsupport::AllocationLimit limit(allowed);
       try {
         VorelGeometryAlgorithm::CutPolyline(line, kTen, pieces);
       } catch (const std::bad_alloc&) {

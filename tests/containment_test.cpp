@@ -288,7 +288,7 @@ TEST(IsPointInPolygon, TakesAVertexOfThePolygonItself) {
 }
 
 TEST(IsPointInPolygon, AllocatesNothing) {
-  const vorel_test::AllocationCounter allocations;
+  const testsupport::AllocationCounter allocations;
   const bool inside = IsInPolygon(kComb, {0.5, 2});
   EXPECT_EQ(allocations.Count(), 0u);
   EXPECT_TRUE(inside);

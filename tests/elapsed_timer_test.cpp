@@ -194,11 +194,11 @@ TEST_F(ElapsedTimer, TheListenerMayReplaceItself) {
 }
 
 TEST_F(ElapsedTimer, AListenerThatCannotBeStoredChangesNothing) {
-  if (!vorel_test::CanCountAllocations()) GTEST_SKIP() << vorel_test::kCannotCountAllocations;
+  if (!testsupport::CanCountAllocations()) GTEST_SKIP() << testsupport::kCannotCountAllocations;
   Listen();
   vorel::logging::ElapsedTimeListener another = [](const std::string&, const std::string&, nanoseconds) {};
   {
-    const vorel_test::AllocationLimit limit(0);
+    const testsupport::AllocationLimit limit(0);
     EXPECT_THROW(SetElapsedTimeListener(std::move(another)), std::bad_alloc);
   }
   { const VorelElapsedTimer timer("Demo", "reported"); }
@@ -206,14 +206,14 @@ TEST_F(ElapsedTimer, AListenerThatCannotBeStoredChangesNothing) {
 }
 
 TEST_F(ElapsedTimer, AllocatesNothingOfItsOwn) {
-  if (!vorel_test::CanCountAllocations()) GTEST_SKIP() << vorel_test::kCannotCountAllocations;
+  if (!testsupport::CanCountAllocations()) GTEST_SKIP() << testsupport::kCannotCountAllocations;
   std::string owner(100, 'o');
   std::string name(100, 'n');
   for (const bool isListenedTo : {false, true}) {
     if (isListenedTo) SetElapsedTimeListener([](const std::string&, const std::string&, nanoseconds) {});
     std::string movedOwner = owner;
     std::string movedName = name;
-    const vorel_test::AllocationCounter allocations;
+    const testsupport::AllocationCounter allocations;
     { const VorelElapsedTimer timer(std::move(movedOwner), std::move(movedName)); }
     EXPECT_EQ(allocations.Count(), 0u) << isListenedTo;
   }

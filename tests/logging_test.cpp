@@ -252,15 +252,15 @@ TEST_F(Logging, BehavesLikeAMapFromIdToMinimumLevel) {
 
 // Unregistered places serve again: registering and removing costs no memory in the long run.
 TEST_F(Logging, PlacesAreReused) {
-  if (!vorel_test::CanCountAllocations()) GTEST_SKIP() << vorel_test::kCannotCountAllocations;
+  if (!testsupport::CanCountAllocations()) GTEST_SKIP() << testsupport::kCannotCountAllocations;
   ASSERT_TRUE(Logger::Register(kId, LogLevel::kDebug));
   Logger::Unregister(kId);
-  const vorel_test::AllocationCounter first;
+  const testsupport::AllocationCounter first;
   ASSERT_TRUE(Logger::Register(kId, LogLevel::kDebug));
   Logger::Unregister(kId);
   const std::size_t allocationsInAUsedPlace = first.Count();
   for (unsigned step = 1; step < 50; ++step) {
-    const vorel_test::AllocationCounter later;
+    const testsupport::AllocationCounter later;
     ASSERT_TRUE(Logger::Register(kId + kCollides * step, LogLevel::kDebug));
     Logger::Unregister(kId + kCollides * step);
     EXPECT_EQ(later.Count(), allocationsInAUsedPlace);
@@ -269,7 +269,7 @@ TEST_F(Logging, PlacesAreReused) {
 
 // Each allocation of a change fails in turn: it throws and changes nothing, or it has worked.
 TEST_F(Logging, ChangesWithoutMemoryChangeNothing) {
-  if (!vorel_test::CanCountAllocations()) GTEST_SKIP() << vorel_test::kCannotCountAllocations;
+  if (!testsupport::CanCountAllocations()) GTEST_SKIP() << testsupport::kCannotCountAllocations;
   const auto kept = std::make_shared<plog::MemorySink>();
   const auto added = std::make_shared<plog::MemorySink>();
   const auto failsCleanly = [](auto change) {
@@ -278,7 +278,7 @@ TEST_F(Logging, ChangesWithoutMemoryChangeNothing) {
       bool threw = false;
       bool worked = false;
       {
-        const vorel_test::AllocationLimit limit(allowed);
+        const testsupport::AllocationLimit limit(allowed);
         try {
           worked = change();
         } catch (const std::bad_alloc&) {

@@ -150,10 +150,10 @@ TEST(PanLinePoints, ReservesOnce) {
   LineZ line;
   for (int i = 0; i < 77; ++i) line.emplace_back(8.0 + i * 1e-4, 49.0, 0.0f);
   LineZ result;
-  const vorel_test::AllocationCounter allocations;
+  const testsupport::AllocationCounter allocations;
   VorelGeometryAlgorithm::PanLinePoints(line, 1.0f, kLeft, result);
   EXPECT_EQ(result.capacity(), line.size());
-  if (vorel_test::CanCountAllocations()) {
+  if (testsupport::CanCountAllocations()) {
     EXPECT_EQ(allocations.Count(), 1u);
   }
 }

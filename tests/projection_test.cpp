@@ -916,12 +916,12 @@ TEST(PosInAB, DividesTheDistances) {
 }
 
 TEST(ProjectionSearches, AllocateNothing) {
-  if (!vorel_test::CanCountAllocations()) GTEST_SKIP() << vorel_test::kCannotCountAllocations;
+  if (!testsupport::CanCountAllocations()) GTEST_SKIP() << testsupport::kCannotCountAllocations;
   int startIndex = 0;
   int resultIndex = 0;
   double ratio = 0.0;
   GeoCoordinateZ foot;
-  const vorel_test::AllocationCounter allocations;
+  const testsupport::AllocationCounter allocations;
   VorelGeometryAlgorithm::ProjectionPosToLine(kComb[0], kComb[1], kByTheComb, foot, ratio);
   VorelGeometryAlgorithm::PosInAB(kByTheComb, kComb[0], kComb[1], ratio);
   VorelGeometryAlgorithm::ProjectionPosToLines(kByTheComb, kComb, startIndex, resultIndex, ratio);

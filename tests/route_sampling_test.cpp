@@ -246,7 +246,7 @@ class ChainBehindOffset : public testing::Test {
   ChainBehindOffset() {
     vorel::logging::vorel_log_instance_id_ = kId;
     plog::Logger::Register(kId, plog::LogLevel::kDebug, {memory_});
-    vorel_test::ResetTagNameCalls();
+    testsupport::ResetTagNameCalls();
   }
   ~ChainBehindOffset() override {
     plog::Logger::Unregister(kId);
@@ -403,7 +403,7 @@ TEST_F(ChainBehindOffset, WritesARecordWithAllItsFields) {
   EXPECT_EQ(record.threadId, plog::Util::GetTid());
   EXPECT_LE(Milliseconds(before), Milliseconds(record.time));
   EXPECT_LE(Milliseconds(record.time), Milliseconds(after));
-  EXPECT_EQ(vorel_test::TagNameCalls(), std::vector<int>{11});
+  EXPECT_EQ(testsupport::TagNameCalls(), std::vector<int>{11});
 }
 
 TEST_F(ChainBehindOffset, WritesToTheLoggerOfTheMoment) {
@@ -423,11 +423,11 @@ TEST_F(ChainBehindOffset, IsSilentAboveItsLevel) {
   ASSERT_TRUE(plog::Logger::SetMinimumLevel(kId, plog::LogLevel{3}));
   const std::vector<RoutePos> positions = Chain(2);
   Line out;
-  const vorel_test::AllocationCounter allocations;
+  const testsupport::AllocationCounter allocations;
   EXPECT_FALSE(Algorithm::ChoosePointsInPolylineWithOffset(positions, 1e6, out, Route(), kHundreds));
   EXPECT_EQ(allocations.Count(), 0u);
   EXPECT_EQ(memory_->Count(), 0u);
-  EXPECT_TRUE(vorel_test::TagNameCalls().empty());
+  EXPECT_TRUE(testsupport::TagNameCalls().empty());
   ASSERT_TRUE(plog::Logger::SetMinimumLevel(kId, plog::LogLevel{2}));
   EXPECT_FALSE(Algorithm::ChoosePointsInPolylineWithOffset(positions, 1e6, out, Route(), kHundreds));
   EXPECT_EQ(memory_->Count(), 1u);

@@ -355,7 +355,7 @@ TEST_F(ThinningTimer, ReportsWhenAnExceptionLeaves) {
     reports_ = 0;
     bool threw = false;
     {
-      const vorel_test::AllocationLimit limit(allowed);
+      const testsupport::AllocationLimit limit(allowed);
       try {
         Algorithm::PreProcessRoutePoints(routes, 2, 15.0f, 0, owner, out);
       } catch (const std::bad_alloc&) {

@@ -536,7 +536,7 @@ TEST(CalcPointsInPolyline, AllocatesNothingWhenTheOutputHasTheRoom) {
   VorelGeometryAlgorithm::CalcPointsInPolyline(line, 10.0, 0, out);
   const std::size_t count = out.size();
   out.clear();
-  const vorel_test::AllocationCounter allocations;
+  const testsupport::AllocationCounter allocations;
   VorelGeometryAlgorithm::CalcPointsInPolyline(line, 10.0, 0, out);
   EXPECT_EQ(allocations.Count(), 0u);
   out.clear();
@@ -562,7 +562,7 @@ TEST_P(TinyInterval, WithoutALimitEndsWhenMemoryDoes) {
   const Line line = EastLine({0, 100, 200});
   Line out{{1.0, 2.0}};
   {
-    const vorel_test::AllocationLimit limit(16);  // the vector doubles: some 65536 points
+    const testsupport::AllocationLimit limit(16);  // the vector doubles: some 65536 points
     EXPECT_THROW(VorelGeometryAlgorithm::CalcPointsInPolyline(line, GetParam(), 0, out), std::bad_alloc);
   }
   EXPECT_GT(out.size(), 10000u);  // what was appended stays
@@ -612,7 +612,7 @@ TEST(CalcPointsInPolyline, IntervalOfZeroOrLessRepeatsTheStartUntilTheLimitOrThe
     Line out;
     EXPECT_FALSE(VorelGeometryAlgorithm::CalcPointsInPolyline(EastLine({0, 100}), interval, 5, out));
     EXPECT_TRUE(SameBits(out, Line(5, GeoCoordinate(0.0, 0.0))));
-    const vorel_test::AllocationLimit limit(16);
+    const testsupport::AllocationLimit limit(16);
     EXPECT_THROW(VorelGeometryAlgorithm::CalcPointsInPolyline({{0, 0}, {1, 0}}, interval, 0, out),
                  std::bad_alloc);
   }

@@ -74,7 +74,7 @@ class GetInterpolateShapePointsLog : public testing::Test {
   GetInterpolateShapePointsLog() {
     vorel_log_instance_id_ = kId;
     Logger::Register(kId, LogLevel::kDebug, {memory_});
-    vorel_test::ResetTagNameCalls();
+    testsupport::ResetTagNameCalls();
   }
   ~GetInterpolateShapePointsLog() override {
     Logger::Unregister(kId);
@@ -452,7 +452,7 @@ TEST_F(GetInterpolateShapePointsLog, FillsEveryField) {
   EXPECT_LE(Milliseconds(record.time), Milliseconds(after));
   EXPECT_EQ(reserved, "");
   EXPECT_EQ(flags, 0);
-  EXPECT_EQ(vorel_test::TagNameCalls(), std::vector<int>{11});
+  EXPECT_EQ(testsupport::TagNameCalls(), std::vector<int>{11});
 }
 
 TEST_F(GetInterpolateShapePointsLog, TheLineIsThatOfTheOneStatement) {
@@ -499,7 +499,7 @@ TEST_F(GetInterpolateShapePointsLog, TheCountHasNoGroupsOfDigitsWhateverTheLocal
 
 TEST_F(GetInterpolateShapePointsLog, NoRecordForAnEmptyShape) {
   EXPECT_EQ(MessageOf({}, true, kView, {}, 100), "no record");
-  EXPECT_TRUE(vorel_test::TagNameCalls().empty());
+  EXPECT_TRUE(testsupport::TagNameCalls().empty());
   EXPECT_EQ(MessageOf({{1, 1}}, true, kView, {}, 100), "[Vorel][Demo][Geometry]main route:1,pt count:0");
 }
 
@@ -533,7 +533,7 @@ TEST_F(GetInterpolateShapePointsLog, ADisabledLevelEvaluatesNothing) {
   const auto allocationsOfACall = [&expected] {
     Runs out;
     const std::string owner = "Demo";
-    const vorel_test::AllocationCounter allocations;
+    const testsupport::AllocationCounter allocations;
     VorelGeometryAlgorithm::GetInterpolateShapePoints(kRoute, true, kView, {}, 100, owner, out);
     const std::size_t count = allocations.Count();
     EXPECT_TRUE(SameBits(out, expected));
@@ -542,19 +542,19 @@ TEST_F(GetInterpolateShapePointsLog, ADisabledLevelEvaluatesNothing) {
   const std::size_t enabled = allocationsOfACall();
   ASSERT_EQ(memory_->Count(), 2u);
   memory_->Clear();
-  vorel_test::ResetTagNameCalls();
+  testsupport::ResetTagNameCalls();
 
   ASSERT_TRUE(Logger::SetMinimumLevel(kId, LogLevel::kInfo));
   const std::size_t disabled = allocationsOfACall();
-  EXPECT_TRUE(vorel_test::TagNameCalls().empty());
+  EXPECT_TRUE(testsupport::TagNameCalls().empty());
   EXPECT_EQ(memory_->Count(), 0u);
   Logger::Unregister(kId);
   EXPECT_EQ(allocationsOfACall(), disabled);
-  EXPECT_TRUE(vorel_test::TagNameCalls().empty());
+  EXPECT_TRUE(testsupport::TagNameCalls().empty());
   EXPECT_LT(disabled, enabled);
   // What the points themselves need: the pieces and the runs, and the name for the timer.
   Runs runs;
-  const vorel_test::AllocationCounter allocations;
+  const testsupport::AllocationCounter allocations;
   const std::string timerName = "GetInterpolateShapePoints";
   Runs pieces;
   VorelGeometryAlgorithm::CutPolyline(kRoute, kView, pieces);
@@ -654,7 +654,7 @@ TEST(GetInterpolateShapePointsUnwinding, TheTimerReportsOnceAndWhatIsInOutIsVali
       Runs out{{{1, 2}}};
       failed = false;
       {
-        const vorel_test::AllocationLimit limit(allowed);
+        const testsupport::AllocationLimit limit(allowed);
         try {
           VorelGeometryAlgorithm::GetInterpolateShapePoints(kRoute, isMainRoute, kView, kEverywhere, 50,
                                                             owner, out);
@@ -688,7 +688,7 @@ TEST(GetInterpolateShapePointsUnwinding, MemoryThatRunsOutWhileLoggingReachesNob
     bool failed = false;
     std::size_t refused = 0;
     {
-      const vorel_test::AllocationLimit limit(allowed);
+      const testsupport::AllocationLimit limit(allowed);
       try {
         VorelGeometryAlgorithm::GetInterpolateShapePoints(kRoute, true, kView, {}, 50, owner, out);
       } catch (const std::bad_alloc&) {

@@ -10,7 +10,7 @@
 #endif
 #endif
 
-namespace vorel_test {
+namespace testsupport {
 namespace {
 
 thread_local std::size_t allocationCount = 0;
@@ -80,13 +80,13 @@ void* OrThrow(void* memory) {
 
 #endif
 
-}  // namespace vorel_test
+}  // namespace testsupport
 
 #ifndef VOREL_TEST_KEEPS_OPERATOR_NEW
 
-using vorel_test::Allocate;
-using vorel_test::AllocateAligned;
-using vorel_test::OrThrow;
+using testsupport::Allocate;
+using testsupport::AllocateAligned;
+using testsupport::OrThrow;
 
 void* operator new(std::size_t size) {
   return OrThrow(Allocate(size));
