@@ -537,7 +537,8 @@ class VOREL_EXPORT VorelGeometryAlgorithm {
   /// start alone even though fewer than `count` points were found.
   ///
   /// @param lines  degrees; lines without length are passed over
-  /// @param count  number of points wanted; 0 and 1 are refused
+  /// @param count  number of points wanted, 2 to 2147483647 (0 and 1 are refused; beyond, the limit wraps and more than
+  ///               `count` points may come)
   /// @param out    untouched when `count` or no lines are refused; otherwise cleared, then filled; must not be one of the
   ///               lines
   /// @return whether points were found; false for refused arguments (whatever `out` held). Nothing is found when the total
