@@ -253,7 +253,9 @@ TEST(ToolClip, GivesTheLibrarysPieces) {
       EXPECT_EQ(rows[i].points, expected[i]);
       EXPECT_EQ(rows[i].properties.at("piece"), std::to_string(i));
       const std::size_t vertex = std::stoul(rows[i].properties.at("vertex"));
-      EXPECT_EQ(Line(line.begin() + vertex, line.begin() + vertex + rows[i].points.size()), expected[i]);
+      EXPECT_EQ(Line(line.begin() + vertex,
+                     line.begin() + vertex + static_cast<std::ptrdiff_t>(rows[i].points.size())),
+                expected[i]);
     }
     pieceCount += rows.size();
   }
