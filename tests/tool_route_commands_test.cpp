@@ -252,10 +252,9 @@ TEST(ToolClip, GivesTheLibrarysPieces) {
     for (std::size_t i = 0; i < rows.size(); ++i) {
       EXPECT_EQ(rows[i].points, expected[i]);
       EXPECT_EQ(rows[i].properties.at("piece"), std::to_string(i));
-      const std::size_t vertex = std::stoul(rows[i].properties.at("vertex"));
-      EXPECT_EQ(Line(line.begin() + vertex,
-                     line.begin() + vertex + static_cast<std::ptrdiff_t>(rows[i].points.size())),
-                expected[i]);
+      const auto first = line.begin() + std::stol(rows[i].properties.at("vertex"));
+      const auto count = static_cast<std::ptrdiff_t>(rows[i].points.size());
+      EXPECT_EQ(Line(first, first + count), expected[i]);
     }
     pieceCount += rows.size();
   }
