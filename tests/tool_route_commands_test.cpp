@@ -144,7 +144,7 @@ TEST(ToolMeasure, TableIsTheLibrarysOwn) {
 }
 
 TEST(ToolMeasure, StreamsInBoundedMemory) {
-#if defined(__SANITIZE_ADDRESS__)
+#ifdef VOREL_TEST_SANITIZES_ADDRESSES
   GTEST_SKIP() << "the address sanitizer keeps freed memory";
 #endif
   const TemporaryDirectory directory;

@@ -390,7 +390,7 @@ TEST(ToolSymbols, RecordsMayLieAcrossTheBordersOfTheReadBuffer) {
 }
 
 TEST(ToolSymbols, LinesOfInputStreamInBoundedMemory) {
-#if defined(__SANITIZE_ADDRESS__)
+#ifdef VOREL_TEST_SANITIZES_ADDRESSES
   GTEST_SKIP() << "the address sanitizer keeps freed memory";
 #endif
   // Written and piped without holding it here: what this process holds would be counted for the one it starts.

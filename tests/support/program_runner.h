@@ -6,6 +6,15 @@
 #include <string>
 #include <vector>
 
+// The address sanitizer keeps freed memory, so that what a program holds says nothing there.
+#if defined(__SANITIZE_ADDRESS__)
+#define VOREL_TEST_SANITIZES_ADDRESSES
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define VOREL_TEST_SANITIZES_ADDRESSES
+#endif
+#endif
+
 namespace vorel::test {
 
 struct ProgramResult {
