@@ -12,6 +12,10 @@
 
 #if defined(__SSE2__)
 #include <immintrin.h>
+#elif defined(__aarch64__)
+#include <arm_neon.h>
+#else
+#include <cmath>
 #endif
 
 #include "base/geo_coordinate.h"
@@ -35,11 +39,28 @@ VOREL_LANES_INLINE TwoDoubles LoadPoint(const tarvo::GeoCoordinate& point) {
 }
 
 VOREL_LANES_INLINE bool InAnyLane(TwoFlags flags) {
+#if defined(__SSE2__)
+  return _mm_movemask_pd(reinterpret_cast<TwoDoubles>(flags)) != 0;
+#else
   return (flags[0] | flags[1]) != 0;
+#endif
 }
 VOREL_LANES_INLINE bool InEachLane(TwoFlags flags) {
+#if defined(__SSE2__)
+  return _mm_movemask_pd(reinterpret_cast<TwoDoubles>(flags)) == 3;
+#else
   return (flags[0] & flags[1]) != 0;
+#endif
 }
+
+/// What the distances of neighbouring points are made of, one segment per lane: differences of the coordinates, end
+/// minus start, and the sum of the latitudes.
+template <class Doubles>
+struct Segments {
+  Doubles longitudeDifference;
+  Doubles latitudeDifference;
+  Doubles latitudeSum;
+};
 
 struct TwoLanes {
   using Doubles = TwoDoubles;
@@ -62,6 +83,23 @@ struct TwoLanes {
     return reinterpret_cast<Flags>(_mm_cmpeq_pd(a, b));
 #else
     return a == b;
+#endif
+  }
+  VOREL_LANES_INLINE Flags LessOrEqual(Doubles a, Doubles b) {
+#if defined(__SSE2__)
+    return reinterpret_cast<Flags>(_mm_cmple_pd(a, b));
+#else
+    return a <= b;
+#endif
+  }
+
+  VOREL_LANES_INLINE Doubles SquareRoot(Doubles value) {
+#if defined(__SSE2__)
+    return _mm_sqrt_pd(value);
+#elif defined(__aarch64__)
+    return vsqrtq_f64(value);
+#else
+    return Doubles{std::sqrt(value[0]), std::sqrt(value[1])};
 #endif
   }
 
@@ -95,6 +133,19 @@ struct TwoLanes {
     return Doubles{points[0].latitude, points[1].latitude};
   }
 
+  /// The segments from each of two points in a row to the next one. Differences and sums are taken while a point's
+  /// coordinates stand side by side; that leaves three shuffles.
+  template <class Point>
+  VOREL_LANES_INLINE Segments<Doubles> LoadSegments(const Point* points) {
+    const Doubles point0 = LoadPoint(points[0]);
+    const Doubles point1 = LoadPoint(points[1]);
+    const Doubles point2 = LoadPoint(points[2]);
+    Segments<Doubles> segments;
+    Split(point1 - point0, point2 - point1, segments.longitudeDifference, segments.latitudeDifference);
+    segments.latitudeSum = SecondOfEach(point0 + point1, point1 + point2);
+    return segments;
+  }
+
   VOREL_LANES_INLINE bool InAny(Flags flags) {
     return InAnyLane(flags);
   }
@@ -109,7 +160,10 @@ struct TwoLanes {
   VOREL_LANES_INLINE void Split(TwoDoubles first, TwoDoubles second, Doubles& longitudes,
                                 Doubles& latitudes) {
     longitudes = Doubles{first[0], second[0]};
-    latitudes = Doubles{first[1], second[1]};
+    latitudes = SecondOfEach(first, second);
+  }
+  VOREL_LANES_INLINE Doubles SecondOfEach(Doubles first, Doubles second) {
+    return Doubles{first[1], second[1]};
   }
 };
 
@@ -128,6 +182,11 @@ struct FourLanes {
   VOREL_LANES_INLINE Flags Equal(Doubles a, Doubles b) {
     return reinterpret_cast<Flags>(_mm256_cmp_pd(a, b, _CMP_EQ_OQ));
   }
+  VOREL_LANES_INLINE Flags LessOrEqual(Doubles a, Doubles b) {
+    return reinterpret_cast<Flags>(_mm256_cmp_pd(a, b, _CMP_LE_OQ));
+  }
+
+  VOREL_LANES_INLINE Doubles SquareRoot(Doubles value) { return _mm256_sqrt_pd(value); }
 
   VOREL_LANES_INLINE Doubles Smaller(Doubles a, Doubles b) { return _mm256_min_pd(a, b); }
   VOREL_LANES_INLINE Doubles Larger(Doubles a, Doubles b) { return _mm256_max_pd(a, b); }
@@ -137,12 +196,24 @@ struct FourLanes {
   }
   VOREL_LANES_INLINE void Gather(const tarvo::GeoCoordinate* const* points, Doubles& longitudes,
                                  Doubles& latitudes) {
-    Split(_mm256_set_m128d(LoadPoint(*points[1]), LoadPoint(*points[0])),
-          _mm256_set_m128d(LoadPoint(*points[3]), LoadPoint(*points[2])), longitudes, latitudes);
+    Split(Pair(*points[0], *points[1]), Pair(*points[2], *points[3]), longitudes, latitudes);
   }
 
   VOREL_LANES_INLINE Doubles LoadLatitudes(const tarvo::GeoCoordinate* points) {
     return _mm256_unpackhi_pd(LoadTwo(points), LoadTwo(points + 2));
+  }
+
+  /// As with two lanes. Every other segment stands side by side, so that these come in order.
+  template <class Point>
+  VOREL_LANES_INLINE Segments<Doubles> LoadSegments(const Point* points) {
+    const Doubles points02 = Pair(points[0], points[2]);
+    const Doubles points13 = Pair(points[1], points[3]);
+    const Doubles points24 = Pair(points[2], points[4]);
+    Segments<Doubles> segments;
+    Split(points13 - points02, points24 - points13, segments.longitudeDifference,
+          segments.latitudeDifference);
+    segments.latitudeSum = _mm256_unpackhi_pd(points02 + points13, points13 + points24);
+    return segments;
   }
 
   VOREL_LANES_INLINE bool InAny(Flags flags) { return Signs(flags) != 0; }
@@ -156,6 +227,9 @@ struct FourLanes {
     Doubles lanes;
     __builtin_memcpy(&lanes, points, sizeof lanes);
     return lanes;
+  }
+  VOREL_LANES_INLINE Doubles Pair(const tarvo::GeoCoordinate& low, const tarvo::GeoCoordinate& high) {
+    return _mm256_set_m128d(LoadPoint(high), LoadPoint(low));
   }
   VOREL_LANES_INLINE int Signs(Flags flags) { return _mm256_movemask_pd(reinterpret_cast<Doubles>(flags)); }
   VOREL_LANES_INLINE void Split(Doubles first, Doubles second, Doubles& longitudes, Doubles& latitudes) {

@@ -31,9 +31,7 @@ constexpr SegmentKernel kScalarKernel = {static_cast<std::size_t>(-1), StoreNone
                                          StoreNone<GeoCoordinateZ>, AddNone<GeoCoordinate>,
                                          AddNone<GeoCoordinateZ>};
 
-#ifdef VOREL_HAVE_SEGMENT_VECTORS
 constexpr SegmentKernel kTwoLanesKernel = MakeSegmentKernel<TwoLanes>();
-#endif
 
 /// Null until the first call has chosen; every thread chooses the same.
 std::atomic<const SegmentKernel*> currentKernel{nullptr};
@@ -41,7 +39,6 @@ std::atomic<const SegmentKernel*> currentKernel{nullptr};
 const SegmentKernel* ChooseKernel() {
   const SegmentKernel* best = FindSegmentKernel(4);
   if (best == nullptr) best = FindSegmentKernel(2);
-  if (best == nullptr) best = FindSegmentKernel(1);
   currentKernel.store(best, std::memory_order_relaxed);
   return best;
 }
@@ -110,9 +107,7 @@ double AddSegmentLengths(const GeoCoordinateZ* points, std::size_t segmentCount,
 
 const SegmentKernel* FindSegmentKernel(std::size_t lanes) {
   if (lanes == 1) return &kScalarKernel;
-#ifdef VOREL_HAVE_SEGMENT_VECTORS
   if (lanes == 2) return &kTwoLanesKernel;
-#endif
   if (lanes == 4 && HasAvx2()) return Avx2SegmentKernel();
   return nullptr;
 }

@@ -60,7 +60,7 @@ struct SegmentKernel {
 };
 
 /// The forms by the number of segments they measure at once: 1 is the scalar distance, 2 SSE2 or NEON, 4 AVX2.
-/// Null for one that the compiler or the machine does not have.
+/// Null for one that the machine does not have.
 const SegmentKernel* FindSegmentKernel(std::size_t lanes);
 
 /// For tests and benchmarks: measures with this form from now on; null lets the library choose again.
