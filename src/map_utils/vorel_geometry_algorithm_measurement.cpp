@@ -49,18 +49,9 @@ double VorelGeometryAlgorithm::GetDistanceAndCache(std::vector<GeoCoordinate> li
   VOREL_PRECONDITION(to < line.size());
   // Deliberate: a total, not an increase on what `cache` holds.
   cache.reserve(to - from);
-  double length = 0.0;
-  const auto appendBlock = [&](std::size_t, std::size_t count, const double* lengths) {
-    double reached[internal::kSegmentsPerBlock];
-    for (std::size_t i = 0; i < count; ++i) {
-      length = length + lengths[i];
-      reached[i] = length;
-    }
-    cache.insert(cache.end(), reached, reached + count);
-    return true;
-  };
-  internal::WalkSegments(line.data(), from, to, appendBlock);
-  return length;
+  const std::size_t held = cache.size();
+  cache.resize(held + (to - from));
+  return internal::StoreSegmentSums(line.data() + from, to - from, 0.0, cache.data() + held);
 }
 
 int VorelGeometryAlgorithm::FindFirstSmallerIndex(std::vector<double> values, double target) {

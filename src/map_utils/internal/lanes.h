@@ -22,6 +22,7 @@
 
 #define VOREL_LANES_INLINE static inline __attribute__((always_inline))
 #define VOREL_LANES_METHOD inline __attribute__((always_inline))
+#define VOREL_LANES_LAMBDA __attribute__((always_inline))
 
 namespace vorel {
 namespace internal {

@@ -15,21 +15,33 @@ namespace internal {
 
 using tarvo::GeoCoordinate;
 using tarvo::GeoCoordinateZ;
+using tarvo::geodesy::Distance;
 
 namespace {
 
 // One segment at a time: the whole line is left to the scalar distance.
-template <class Point>
-std::size_t StoreNone(const Point*, std::size_t, double*) {
+std::size_t StoreNone(const GeoCoordinate*, std::size_t, double*) {
+  return 0;
+}
+std::size_t StoreNoSums(const GeoCoordinate*, std::size_t, double&, double*) {
   return 0;
 }
 template <class Point>
 std::size_t AddNone(const Point*, std::size_t, double&) {
   return 0;
 }
-constexpr SegmentKernel kScalarKernel = {static_cast<std::size_t>(-1), StoreNone<GeoCoordinate>,
-                                         StoreNone<GeoCoordinateZ>, AddNone<GeoCoordinate>,
-                                         AddNone<GeoCoordinateZ>};
+template <class Point>
+std::size_t WalkNowhere(const Point*, std::size_t, double, double&, double& nextLength) {
+  nextLength = kNoLength;
+  return 0;
+}
+constexpr SegmentKernel kScalarKernel = {static_cast<std::size_t>(-1),
+                                         StoreNone,
+                                         StoreNoSums,
+                                         AddNone<GeoCoordinate>,
+                                         AddNone<GeoCoordinateZ>,
+                                         WalkNowhere<GeoCoordinate>,
+                                         WalkNowhere<GeoCoordinateZ>};
 
 constexpr SegmentKernel kTwoLanesKernel = MakeSegmentKernel<TwoLanes>();
 
@@ -48,34 +60,24 @@ inline const SegmentKernel& CurrentKernel() {
   return kernel != nullptr ? *kernel : *ChooseKernel();
 }
 
-std::size_t StoreNear(const SegmentKernel& kernel, const GeoCoordinate* points, std::size_t count,
-                      double* lengths) {
-  return kernel.storeLengths(points, count, lengths);
-}
-std::size_t StoreNear(const SegmentKernel& kernel, const GeoCoordinateZ* points, std::size_t count,
-                      double* lengths) {
-  return kernel.storeLengthsZ(points, count, lengths);
-}
 std::size_t AddNear(const SegmentKernel& kernel, const GeoCoordinate* points, std::size_t count,
-                    double& length) {
-  return kernel.addLengths(points, count, length);
+                    double& metres) {
+  return kernel.addLengths(points, count, metres);
 }
 std::size_t AddNear(const SegmentKernel& kernel, const GeoCoordinateZ* points, std::size_t count,
-                    double& length) {
-  return kernel.addLengthsZ(points, count, length);
+                    double& metres) {
+  return kernel.addLengthsZ(points, count, metres);
+}
+std::size_t WalkNear(const SegmentKernel& kernel, const GeoCoordinate* points, std::size_t count,
+                     double limit, double& metres, double& nextLength) {
+  return kernel.walkBelow(points, count, limit, metres, nextLength);
+}
+std::size_t WalkNear(const SegmentKernel& kernel, const GeoCoordinateZ* points, std::size_t count,
+                     double limit, double& metres, double& nextLength) {
+  return kernel.walkBelowZ(points, count, limit, metres, nextLength);
 }
 
-/// Where the kernel stops, one vector of segments goes to the scalar distance before the kernel goes on.
-template <class Point>
-void Store(const Point* points, std::size_t segmentCount, double* lengths) {
-  const SegmentKernel& kernel = CurrentKernel();
-  std::size_t i = 0;
-  while (i < segmentCount) {
-    i += StoreNear(kernel, points + i, segmentCount - i, lengths + i);
-    const std::size_t resume = i + std::min(segmentCount - i, kernel.lanes);
-    for (; i < resume; ++i) lengths[i] = tarvo::geodesy::Distance(points[i], points[i + 1]);
-  }
-}
+// Where the kernel stops, one vector of segments goes to the scalar distance before the kernel goes on.
 
 template <class Point>
 double Add(const Point* points, std::size_t segmentCount, double length) {
@@ -84,18 +86,54 @@ double Add(const Point* points, std::size_t segmentCount, double length) {
   while (i < segmentCount) {
     i += AddNear(kernel, points + i, segmentCount - i, length);
     const std::size_t resume = i + std::min(segmentCount - i, kernel.lanes);
-    for (; i < resume; ++i) length = length + tarvo::geodesy::Distance(points[i], points[i + 1]);
+    for (; i < resume; ++i) length = length + Distance(points[i], points[i + 1]);
   }
   return length;
+}
+
+template <class Point>
+LimitedWalk WalkBelow(const Point* points, std::size_t segmentCount, double metres, double limit) {
+  const SegmentKernel& kernel = CurrentKernel();
+  std::size_t i = 0;
+  while (i < segmentCount) {
+    double nextLength;
+    i += WalkNear(kernel, points + i, segmentCount - i, limit, metres, nextLength);
+    if (nextLength != kNoLength) return {i, metres, nextLength};
+    const std::size_t resume = i + std::min(segmentCount - i, kernel.lanes);
+    for (; i < resume; ++i) {
+      nextLength = Distance(points[i], points[i + 1]);
+      const double reached = metres + nextLength;
+      if (!(limit > reached)) return {i, metres, nextLength};
+      metres = reached;
+    }
+  }
+  return {segmentCount, metres, 0.0};
 }
 
 }  // namespace
 
 void StoreSegmentLengths(const GeoCoordinate* points, std::size_t segmentCount, double* lengths) {
-  Store(points, segmentCount, lengths);
+  const SegmentKernel& kernel = CurrentKernel();
+  std::size_t i = 0;
+  while (i < segmentCount) {
+    i += kernel.storeLengths(points + i, segmentCount - i, lengths + i);
+    const std::size_t resume = i + std::min(segmentCount - i, kernel.lanes);
+    for (; i < resume; ++i) lengths[i] = Distance(points[i], points[i + 1]);
+  }
 }
-void StoreSegmentLengths(const GeoCoordinateZ* points, std::size_t segmentCount, double* lengths) {
-  Store(points, segmentCount, lengths);
+
+double StoreSegmentSums(const GeoCoordinate* points, std::size_t segmentCount, double metres, double* sums) {
+  const SegmentKernel& kernel = CurrentKernel();
+  std::size_t i = 0;
+  while (i < segmentCount) {
+    i += kernel.storeSums(points + i, segmentCount - i, metres, sums + i);
+    const std::size_t resume = i + std::min(segmentCount - i, kernel.lanes);
+    for (; i < resume; ++i) {
+      metres = metres + Distance(points[i], points[i + 1]);
+      sums[i] = metres;
+    }
+  }
+  return metres;
 }
 
 double AddSegmentLengths(const GeoCoordinate* points, std::size_t segmentCount, double length) {
@@ -103,6 +141,15 @@ double AddSegmentLengths(const GeoCoordinate* points, std::size_t segmentCount, 
 }
 double AddSegmentLengths(const GeoCoordinateZ* points, std::size_t segmentCount, double length) {
   return Add(points, segmentCount, length);
+}
+
+LimitedWalk WalkSegmentsBelow(const GeoCoordinate* points, std::size_t segmentCount, double metres,
+                              double limit) {
+  return WalkBelow(points, segmentCount, metres, limit);
+}
+LimitedWalk WalkSegmentsBelow(const GeoCoordinateZ* points, std::size_t segmentCount, double metres,
+                              double limit) {
+  return WalkBelow(points, segmentCount, metres, limit);
 }
 
 const SegmentKernel* FindSegmentKernel(std::size_t lanes) {

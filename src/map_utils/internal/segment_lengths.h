@@ -24,12 +24,33 @@ constexpr std::size_t kSegmentsInFirstBlock = 8;
 /// lengths[i] = length in metres of the segment from points[i] to points[i + 1], for i = 0 .. segmentCount - 1.
 /// @param points  segmentCount + 1 points, degrees, any values
 void StoreSegmentLengths(const tarvo::GeoCoordinate* points, std::size_t segmentCount, double* lengths);
-void StoreSegmentLengths(const tarvo::GeoCoordinateZ* points, std::size_t segmentCount, double* lengths);
+
+/// sums[i] = `metres` plus the lengths of the segments 0 .. i, added one by one in order.
+/// @param points  as above
+/// @return the last sum; `metres` without a segment
+double StoreSegmentSums(const tarvo::GeoCoordinate* points, std::size_t segmentCount, double metres,
+                        double* sums);
 
 /// `length` plus the lengths of the segments, added one by one in order.
-/// @param points  segmentCount + 1 points, degrees, any values
+/// @param points  as above
 double AddSegmentLengths(const tarvo::GeoCoordinate* points, std::size_t segmentCount, double length);
 double AddSegmentLengths(const tarvo::GeoCoordinateZ* points, std::size_t segmentCount, double length);
+
+/// How far a walk came along a row of segments.
+struct LimitedWalk {
+  std::size_t passed;  ///< segments walked whole
+  double metres;       ///< where the walk began, plus the lengths of those
+  double nextLength;   ///< length of the segment in which the walk ended; means nothing when all were passed
+};
+
+/// Walks along the segments while `limit` > `metres` plus their lengths, added one by one in order; a NaN ends it. Hardly
+/// dearer than the bare sum; measures at most three vectors of segments more than a walk one by one.
+/// @param points  as above
+/// @param metres  where the walk begins
+LimitedWalk WalkSegmentsBelow(const tarvo::GeoCoordinate* points, std::size_t segmentCount, double metres,
+                              double limit);
+LimitedWalk WalkSegmentsBelow(const tarvo::GeoCoordinateZ* points, std::size_t segmentCount, double metres,
+                              double limit);
 
 /// Walks the segments of a line in order, a block at a time: visit(i, count, lengths) is told the lengths of `count`
 /// segments, the first of which starts at points[i], for the segments from points[first] to points[last], until it
@@ -47,16 +68,25 @@ void WalkSegments(const Point* points, std::size_t first, std::size_t last, Visi
   }
 }
 
+/// Stands for a length that was not measured; no distance is negative.
+constexpr double kNoLength = -1.0;
+
 /// One way to measure. Its functions measure the leading segments, whole vectors at a time, stop before the first
 /// vector in which a segment is not near, and return the number measured; with none left over when all are near and
-/// there is a whole vector of them.
+/// there is a whole vector of them. Those that add begin and end with `metres`.
 struct SegmentKernel {
   std::size_t lanes;  ///< segments of one vector
   std::size_t (*storeLengths)(const tarvo::GeoCoordinate* points, std::size_t segmentCount, double* lengths);
-  std::size_t (*storeLengthsZ)(const tarvo::GeoCoordinateZ* points, std::size_t segmentCount,
-                               double* lengths);
-  std::size_t (*addLengths)(const tarvo::GeoCoordinate* points, std::size_t segmentCount, double& length);
-  std::size_t (*addLengthsZ)(const tarvo::GeoCoordinateZ* points, std::size_t segmentCount, double& length);
+  std::size_t (*storeSums)(const tarvo::GeoCoordinate* points, std::size_t segmentCount, double& metres,
+                           double* sums);
+  std::size_t (*addLengths)(const tarvo::GeoCoordinate* points, std::size_t segmentCount, double& metres);
+  std::size_t (*addLengthsZ)(const tarvo::GeoCoordinateZ* points, std::size_t segmentCount, double& metres);
+  /// Stops also at the first segment with which the sum is not below the limit, and leaves the length of that one in
+  /// `nextLength`, which is else kNoLength.
+  std::size_t (*walkBelow)(const tarvo::GeoCoordinate* points, std::size_t segmentCount, double limit,
+                           double& metres, double& nextLength);
+  std::size_t (*walkBelowZ)(const tarvo::GeoCoordinateZ* points, std::size_t segmentCount, double limit,
+                            double& metres, double& nextLength);
 };
 
 /// The forms by the number of segments they measure at once: 1 is the scalar distance, 2 SSE2 or NEON, 4 AVX2.

@@ -60,8 +60,9 @@ VOREL_LANES_INLINE typename Lanes::Doubles Finish(const BegunSegments<typename L
 }
 
 /// Measures segments until a vector has one that may not be near, and returns how many: take(i, firstLane, lengths) is
-/// told, in order, the lengths of the segments i + firstLane, ... that the lanes from `firstLane` on hold. Segments
-/// that do not fill a vector are measured in one that reaches back over segments that were taken before.
+/// told, in order, the lengths of the segments i + firstLane, ... that the lanes from `firstLane` on hold, and returns
+/// the number of lanes, or the first one that it leaves; there the measuring ends. Segments that do not fill a vector
+/// are measured in one that reaches back over segments that were taken before.
 ///
 /// One vector begins while the one before it finishes: the chain of dependent operations of one vector is longer than
 /// what a processor looks ahead, so two halves of it that do not wait for one another fill its units better.
@@ -77,48 +78,105 @@ VOREL_LANES_INLINE std::size_t MeasureNearSegments(const Point* points, std::siz
     const std::size_t nextPosition = position + Lanes::kCount < last ? position + Lanes::kCount : last;
     BegunSegments<typename Lanes::Doubles> next;
     const bool isNextNear = Begin<Lanes>(points + nextPosition, next);
-    take(position, 0, Finish<Lanes>(current));
-    taken = position + Lanes::kCount;
-    if (!isNextNear) return taken;
+    const std::size_t lanesTaken = take(position, 0, Finish<Lanes>(current));
+    taken = position + lanesTaken;
+    if (lanesTaken < Lanes::kCount || !isNextNear) return taken;
     current = next;
     position = nextPosition;
   }
-  take(position, taken - position, Finish<Lanes>(current));
-  return segmentCount;
+  return position + take(position, taken - position, Finish<Lanes>(current));
 }
 
-template <class Lanes, class Point>
-std::size_t StoreNearLengths(const Point* points, std::size_t segmentCount, double* lengths) {
-  return MeasureNearSegments<Lanes>(
-      points, segmentCount,
-      [lengths](std::size_t i, std::size_t, const typename Lanes::Doubles& some)
-          __attribute__((always_inline)) { __builtin_memcpy(lengths + i, &some, sizeof some); });
+/// Calls use(lane, length) for the lanes from `firstLane` on, in order. The usual first lane 0 costs no detour.
+template <class Lanes, class Use>
+VOREL_LANES_INLINE void ForEachLane(const typename Lanes::Doubles& lengths, std::size_t firstLane, Use use) {
+  if (firstLane == 0) {
+    for (std::size_t lane = 0; lane < Lanes::kCount; ++lane) use(lane, lengths[lane]);
+  } else {
+    double stored[Lanes::kCount];
+    __builtin_memcpy(stored, &lengths, sizeof lengths);
+    for (std::size_t lane = firstLane; lane < Lanes::kCount; ++lane) use(lane, stored[lane]);
+  }
 }
 
+/// The functions of a SegmentKernel.
 template <class Lanes, class Point>
-std::size_t AddNearLengths(const Point* points, std::size_t segmentCount, double& length) {
-  double sum = length;
-  const std::size_t measured = MeasureNearSegments<Lanes>(
-      points, segmentCount,
-      [&sum](std::size_t, std::size_t firstLane, const typename Lanes::Doubles& some)
-          __attribute__((always_inline)) {
-            if (firstLane == 0) {
-              for (std::size_t lane = 0; lane < Lanes::kCount; ++lane) sum = sum + some[lane];
-            } else {
-              double lengths[Lanes::kCount];
-              __builtin_memcpy(lengths, &some, sizeof some);
-              for (std::size_t lane = firstLane; lane < Lanes::kCount; ++lane) sum = sum + lengths[lane];
-            }
-          });
-  length = sum;
-  return measured;
-}
+class NearSegments {
+ public:
+  static std::size_t StoreLengths(const Point* points, std::size_t segmentCount, double* lengths) {
+    return MeasureNearSegments<Lanes>(
+        points, segmentCount, [lengths](std::size_t i, std::size_t, const Doubles& some) VOREL_LANES_LAMBDA {
+          __builtin_memcpy(lengths + i, &some, sizeof some);
+          return Lanes::kCount;
+        });
+  }
+
+  static std::size_t AddLengths(const Point* points, std::size_t segmentCount, double& metres) {
+    double sum = metres;
+    const std::size_t measured = MeasureNearSegments<Lanes>(
+        points, segmentCount,
+        [&sum](std::size_t, std::size_t firstLane, const Doubles& some) VOREL_LANES_LAMBDA {
+          ForEachLane<Lanes>(some, firstLane,
+                             [&sum](std::size_t, double length) VOREL_LANES_LAMBDA { sum = sum + length; });
+          return Lanes::kCount;
+        });
+    metres = sum;
+    return measured;
+  }
+
+  static std::size_t StoreSums(const Point* points, std::size_t segmentCount, double& metres, double* sums) {
+    double sum = metres;
+    const std::size_t measured = MeasureNearSegments<Lanes>(
+        points, segmentCount,
+        [&sum, sums](std::size_t i, std::size_t firstLane, const Doubles& some) VOREL_LANES_LAMBDA {
+          ForEachLane<Lanes>(some, firstLane,
+                             [&sum, sums, i](std::size_t lane, double length) VOREL_LANES_LAMBDA {
+                               sum = sum + length;
+                               sums[i + lane] = sum;
+                             });
+          return Lanes::kCount;
+        });
+    metres = sum;
+    return measured;
+  }
+
+  /// The sums never decrease, for no length is negative and rounding keeps the order: while the last one of a vector is
+  /// below the limit, so are those before it, and one comparison per vector decides what one per segment would.
+  static std::size_t WalkBelow(const Point* points, std::size_t segmentCount, double limit, double& metres,
+                               double& nextLength) {
+    double reached = metres;
+    nextLength = kNoLength;
+    const std::size_t measured = MeasureNearSegments<Lanes>(
+        points, segmentCount,
+        [&](std::size_t, std::size_t firstLane, const Doubles& some) VOREL_LANES_LAMBDA {
+          double sum = reached;
+          ForEachLane<Lanes>(some, firstLane,
+                             [&sum](std::size_t, double length) VOREL_LANES_LAMBDA { sum = sum + length; });
+          if (limit > sum) {
+            reached = sum;
+            return Lanes::kCount;
+          }
+          double lengths[Lanes::kCount];
+          __builtin_memcpy(lengths, &some, sizeof some);
+          std::size_t lane = firstLane;
+          while (limit > reached + lengths[lane]) reached = reached + lengths[lane++];
+          nextLength = lengths[lane];
+          return lane;
+        });
+    metres = reached;
+    return measured;
+  }
+
+ private:
+  using Doubles = typename Lanes::Doubles;
+};
 
 template <class Lanes>
 constexpr SegmentKernel MakeSegmentKernel() {
-  return {Lanes::kCount, StoreNearLengths<Lanes, tarvo::GeoCoordinate>,
-          StoreNearLengths<Lanes, tarvo::GeoCoordinateZ>, AddNearLengths<Lanes, tarvo::GeoCoordinate>,
-          AddNearLengths<Lanes, tarvo::GeoCoordinateZ>};
+  using Near = NearSegments<Lanes, tarvo::GeoCoordinate>;
+  using NearZ = NearSegments<Lanes, tarvo::GeoCoordinateZ>;
+  return {Lanes::kCount,     Near::StoreLengths, Near::StoreSums, Near::AddLengths,
+          NearZ::AddLengths, Near::WalkBelow,    NearZ::WalkBelow};
 }
 
 }  // namespace
