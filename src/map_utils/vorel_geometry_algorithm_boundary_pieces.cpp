@@ -28,29 +28,55 @@ class MarkCopier {
  public:
   /// @param next   position in `marks` of the first entry to look at
   /// @param start  vertex that starts the segment in which the piece starts
-  MarkCopier(const std::vector<std::uint32_t>& marks, std::size_t next, std::size_t start)
+  MarkCopier(const std::vector<std::uint32_t>& marks, std::size_t next, std::uint32_t start)
       : marks_(marks), next_(next), start_(start) {}
 
-  /// Passes the entries up to `vertex` and appends those beyond the start, counted from there.
+  /// Passes the entries up to `vertex`, which lies beyond the start, and appends those beyond the start, counted from
+  /// there.
   void CopyUpTo(std::size_t vertex, std::vector<std::uint32_t>& out) {
-    for (; next_ < marks_.size() && marks_[next_] <= vertex; ++next_) {
-      if (marks_[next_] <= start_) continue;
-      out.push_back(marks_[next_] - static_cast<std::uint32_t>(start_));
-      if (isFirst_) firstCopied_ = next_;
-      isFirst_ = false;
+    while (next_ < marks_.size() && marks_[next_] <= vertex) {
+      if (marks_[next_] <= start_) {
+        ++next_;
+        continue;
+      }
+      const std::size_t end = EndOfRun(vertex);
+      if (!isAnyCopied_) firstCopied_ = next_;
+      isAnyCopied_ = true;
+      const std::size_t held = out.size();
+      out.insert(out.end(), marks_.data() + next_, marks_.data() + end);
+      for (std::size_t i = held; i < out.size(); ++i) out[i] -= start_;
+      next_ = end;
     }
   }
 
   /// Sets `cursor` to the position of the first entry copied; leaves it alone when there is none.
   void SetCursor(int& cursor) const {
-    if (!isFirst_) cursor = static_cast<int>(firstCopied_);
+    if (isAnyCopied_) cursor = static_cast<int>(firstCopied_);
   }
 
  private:
+  /// Position of the first entry from the next one on that is not beyond the start or beyond `vertex`, else the end.
+  std::size_t EndOfRun(std::size_t vertex) const {
+    constexpr std::size_t kAtOnce = 8;
+    // Unsigned: an entry up to the start wraps to a number beyond every span.
+    const std::uint32_t first = start_ + 1;
+    const std::uint32_t span =
+        static_cast<std::uint32_t>(std::min<std::size_t>(vertex - start_, 0xffffffffu));
+    const std::uint32_t* const marks = marks_.data();
+    std::size_t end = next_;
+    for (; end + kAtOnce <= marks_.size(); end += kAtOnce) {
+      std::uint32_t outside = 0;
+      for (std::size_t i = 0; i < kAtOnce; ++i) outside |= marks[end + i] - first >= span ? 1u : 0u;
+      if (outside != 0) break;
+    }
+    while (end < marks_.size() && marks[end] - first < span) ++end;
+    return end;
+  }
+
   const std::vector<std::uint32_t>& marks_;
   std::size_t next_;
-  const std::size_t start_;
-  bool isFirst_ = true;
+  const std::uint32_t start_;
+  bool isAnyCopied_ = false;
   std::size_t firstCopied_ = 0;
 };
 
@@ -71,7 +97,8 @@ float VorelGeometryAlgorithm::HandleBoundaryDataByDistance(const BoundaryData& s
       internal::PointAtRatio(points[start], points[start + 1], static_cast<float>(startRatio));
   piece.points.push_back(first);
   piece.pointIndices.push_back(0);
-  MarkCopier marks(source.pointIndices, static_cast<std::size_t>(std::int64_t{indexCursor} + 1), start);
+  MarkCopier marks(source.pointIndices, static_cast<std::size_t>(std::int64_t{indexCursor} + 1),
+                   static_cast<std::uint32_t>(start));
   // Ends the piece in the segment from `from` to vertex `to`. A mark there is left out even where the cut falls on it.
   const auto cut = [&](const GeoCoordinateZ& from, std::size_t to, double covered, double segmentLength) {
     piece.points.push_back(

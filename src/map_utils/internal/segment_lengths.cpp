@@ -31,8 +31,7 @@ std::size_t AddNone(const Point*, std::size_t, double&) {
   return 0;
 }
 template <class Point>
-std::size_t WalkNowhere(const Point*, std::size_t, double, double&, double& nextLength) {
-  nextLength = kNoLength;
+std::size_t WalkNowhere(const Point*, std::size_t, double, LimitedWalk&) {
   return 0;
 }
 constexpr SegmentKernel kScalarKernel = {static_cast<std::size_t>(-1),
@@ -69,12 +68,12 @@ std::size_t AddNear(const SegmentKernel& kernel, const GeoCoordinateZ* points, s
   return kernel.addLengthsZ(points, count, metres);
 }
 std::size_t WalkNear(const SegmentKernel& kernel, const GeoCoordinate* points, std::size_t count,
-                     double limit, double& metres, double& nextLength) {
-  return kernel.walkBelow(points, count, limit, metres, nextLength);
+                     double limit, LimitedWalk& walk) {
+  return kernel.walkBelow(points, count, limit, walk);
 }
 std::size_t WalkNear(const SegmentKernel& kernel, const GeoCoordinateZ* points, std::size_t count,
-                     double limit, double& metres, double& nextLength) {
-  return kernel.walkBelowZ(points, count, limit, metres, nextLength);
+                     double limit, LimitedWalk& walk) {
+  return kernel.walkBelowZ(points, count, limit, walk);
 }
 
 // Where the kernel stops, one vector of segments goes to the scalar distance before the kernel goes on.
@@ -94,20 +93,23 @@ double Add(const Point* points, std::size_t segmentCount, double length) {
 template <class Point>
 LimitedWalk WalkBelow(const Point* points, std::size_t segmentCount, double metres, double limit) {
   const SegmentKernel& kernel = CurrentKernel();
-  std::size_t i = 0;
+  LimitedWalk walk{0, metres, kNoLength};
+  std::size_t& i = walk.passed;
   while (i < segmentCount) {
-    double nextLength;
-    i += WalkNear(kernel, points + i, segmentCount - i, limit, metres, nextLength);
-    if (nextLength != kNoLength) return {i, metres, nextLength};
+    i += WalkNear(kernel, points + i, segmentCount - i, limit, walk);
+    if (walk.nextLength != kNoLength) break;
     const std::size_t resume = i + std::min(segmentCount - i, kernel.lanes);
     for (; i < resume; ++i) {
-      nextLength = Distance(points[i], points[i + 1]);
-      const double reached = metres + nextLength;
-      if (!(limit > reached)) return {i, metres, nextLength};
-      metres = reached;
+      const double length = Distance(points[i], points[i + 1]);
+      const double reached = walk.metres + length;
+      if (!(limit > reached)) {
+        walk.nextLength = length;
+        return walk;
+      }
+      walk.metres = reached;
     }
   }
-  return {segmentCount, metres, 0.0};
+  return walk;
 }
 
 }  // namespace
@@ -143,12 +145,12 @@ double AddSegmentLengths(const GeoCoordinateZ* points, std::size_t segmentCount,
   return Add(points, segmentCount, length);
 }
 
-LimitedWalk WalkSegmentsBelow(const GeoCoordinate* points, std::size_t segmentCount, double metres,
-                              double limit) {
+LimitedWalk WalkManySegmentsBelow(const GeoCoordinate* points, std::size_t segmentCount, double metres,
+                                  double limit) {
   return WalkBelow(points, segmentCount, metres, limit);
 }
-LimitedWalk WalkSegmentsBelow(const GeoCoordinateZ* points, std::size_t segmentCount, double metres,
-                              double limit) {
+LimitedWalk WalkManySegmentsBelow(const GeoCoordinateZ* points, std::size_t segmentCount, double metres,
+                                  double limit) {
   return WalkBelow(points, segmentCount, metres, limit);
 }
 

@@ -5,6 +5,8 @@
 #include <cstddef>
 
 #include "base/geo_coordinate.h"
+#include "base/geodesy/distance.h"
+#include "map_utils/internal/segment_kernel.h"
 
 namespace vorel {
 namespace internal {
@@ -36,21 +38,28 @@ double StoreSegmentSums(const tarvo::GeoCoordinate* points, std::size_t segmentC
 double AddSegmentLengths(const tarvo::GeoCoordinate* points, std::size_t segmentCount, double length);
 double AddSegmentLengths(const tarvo::GeoCoordinateZ* points, std::size_t segmentCount, double length);
 
-/// How far a walk came along a row of segments.
-struct LimitedWalk {
-  std::size_t passed;  ///< segments walked whole
-  double metres;       ///< where the walk began, plus the lengths of those
-  double nextLength;   ///< length of the segment in which the walk ended; means nothing when all were passed
-};
+/// As WalkSegmentsBelow, by the kernel from the first segment on.
+LimitedWalk WalkManySegmentsBelow(const tarvo::GeoCoordinate* points, std::size_t segmentCount, double metres,
+                                  double limit);
+LimitedWalk WalkManySegmentsBelow(const tarvo::GeoCoordinateZ* points, std::size_t segmentCount,
+                                  double metres, double limit);
 
 /// Walks along the segments while `limit` > `metres` plus their lengths, added one by one in order; a NaN ends it. Hardly
 /// dearer than the bare sum; measures at most three vectors of segments more than a walk one by one.
 /// @param points  as above
 /// @param metres  where the walk begins
-LimitedWalk WalkSegmentsBelow(const tarvo::GeoCoordinate* points, std::size_t segmentCount, double metres,
-                              double limit);
-LimitedWalk WalkSegmentsBelow(const tarvo::GeoCoordinateZ* points, std::size_t segmentCount, double metres,
-                              double limit);
+template <class Point>
+inline LimitedWalk WalkSegmentsBelow(const Point* points, std::size_t segmentCount, double metres,
+                                     double limit) {
+  if (segmentCount >= kFewSegments) return WalkManySegmentsBelow(points, segmentCount, metres, limit);
+  for (std::size_t i = 0; i < segmentCount; ++i) {
+    const double length = tarvo::geodesy::Distance(points[i], points[i + 1]);
+    const double reached = metres + length;
+    if (!(limit > reached)) return {i, metres, length};
+    metres = reached;
+  }
+  return {segmentCount, metres, 0.0};
+}
 
 /// Walks the segments of a line in order, a block at a time: visit(i, count, lengths) is told the lengths of `count`
 /// segments, the first of which starts at points[i], for the segments from points[first] to points[last], until it
@@ -61,33 +70,18 @@ void WalkSegments(const Point* points, std::size_t first, std::size_t last, Visi
   std::size_t blockSize = kSegmentsInFirstBlock;
   while (first < last) {
     const std::size_t count = std::min(last - first, blockSize);
-    StoreSegmentLengths(points + first, count, lengths);
+    if (count >= kFewSegments) {
+      StoreSegmentLengths(points + first, count, lengths);
+    } else {
+      for (std::size_t i = 0; i < count; ++i) {
+        lengths[i] = tarvo::geodesy::Distance(points[first + i], points[first + i + 1]);
+      }
+    }
     if (!visit(first, count, static_cast<const double*>(lengths))) return;
     first += count;
     blockSize = std::min(2 * blockSize, kSegmentsPerBlock);
   }
 }
-
-/// Stands for a length that was not measured; no distance is negative.
-constexpr double kNoLength = -1.0;
-
-/// One way to measure. Its functions measure the leading segments, whole vectors at a time, stop before the first
-/// vector in which a segment is not near, and return the number measured; with none left over when all are near and
-/// there is a whole vector of them. Those that add begin and end with `metres`.
-struct SegmentKernel {
-  std::size_t lanes;  ///< segments of one vector
-  std::size_t (*storeLengths)(const tarvo::GeoCoordinate* points, std::size_t segmentCount, double* lengths);
-  std::size_t (*storeSums)(const tarvo::GeoCoordinate* points, std::size_t segmentCount, double& metres,
-                           double* sums);
-  std::size_t (*addLengths)(const tarvo::GeoCoordinate* points, std::size_t segmentCount, double& metres);
-  std::size_t (*addLengthsZ)(const tarvo::GeoCoordinateZ* points, std::size_t segmentCount, double& metres);
-  /// Stops also at the first segment with which the sum is not below the limit, and leaves the length of that one in
-  /// `nextLength`, which is else kNoLength.
-  std::size_t (*walkBelow)(const tarvo::GeoCoordinate* points, std::size_t segmentCount, double limit,
-                           double& metres, double& nextLength);
-  std::size_t (*walkBelowZ)(const tarvo::GeoCoordinateZ* points, std::size_t segmentCount, double limit,
-                            double& metres, double& nextLength);
-};
 
 /// The forms by the number of segments they measure at once: 1 is the scalar distance, 2 SSE2 or NEON, 4 AVX2.
 /// Null for one that the machine does not have.
@@ -95,9 +89,6 @@ const SegmentKernel* FindSegmentKernel(std::size_t lanes);
 
 /// For tests and benchmarks: measures with this form from now on; null lets the library choose again.
 void ForceSegmentKernel(const SegmentKernel* kernel);
-
-/// The form for machines with AVX2, null where it was not compiled; callers ask the machine first.
-const SegmentKernel* Avx2SegmentKernel();
 
 }  // namespace internal
 }  // namespace vorel

@@ -4,7 +4,7 @@
 // time. Without code on other architectures. What it includes before the pragma is shared with other sources and stays
 // as they have it.
 
-#include "map_utils/internal/segment_lengths.h"
+#include "map_utils/internal/segment_kernel.h"
 
 #if defined(__x86_64__)
 

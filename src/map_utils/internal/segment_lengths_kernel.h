@@ -16,7 +16,7 @@
 #include "base/geo_coordinate.h"
 #include "base/geodesy/near_series.h"
 #include "map_utils/internal/lanes.h"
-#include "map_utils/internal/segment_lengths.h"
+#include "map_utils/internal/segment_kernel.h"
 
 namespace vorel {
 namespace internal {
@@ -142,28 +142,32 @@ class NearSegments {
 
   /// The sums never decrease, for no length is negative and rounding keeps the order: while the last one of a vector is
   /// below the limit, so are those before it, and one comparison per vector decides what one per segment would.
-  static std::size_t WalkBelow(const Point* points, std::size_t segmentCount, double limit, double& metres,
-                               double& nextLength) {
-    double reached = metres;
-    nextLength = kNoLength;
+  static std::size_t WalkBelow(const Point* points, std::size_t segmentCount, double limit,
+                               LimitedWalk& walk) {
+    double reached = walk.metres;
     const std::size_t measured = MeasureNearSegments<Lanes>(
         points, segmentCount,
         [&](std::size_t, std::size_t firstLane, const Doubles& some) VOREL_LANES_LAMBDA {
+          double sums[Lanes::kCount + 1];  // before each lane, and behind the last one
+          sums[firstLane] = reached;
           double sum = reached;
-          ForEachLane<Lanes>(some, firstLane,
-                             [&sum](std::size_t, double length) VOREL_LANES_LAMBDA { sum = sum + length; });
+          ForEachLane<Lanes>(some, firstLane, [&](std::size_t lane, double length) VOREL_LANES_LAMBDA {
+            sum = sum + length;
+            sums[lane + 1] = sum;
+          });
           if (limit > sum) {
             reached = sum;
             return Lanes::kCount;
           }
+          std::size_t lane = firstLane;
+          for (std::size_t i = firstLane + 1; i < Lanes::kCount; ++i) lane += limit > sums[i] ? 1u : 0u;
+          reached = sums[lane];
           double lengths[Lanes::kCount];
           __builtin_memcpy(lengths, &some, sizeof some);
-          std::size_t lane = firstLane;
-          while (limit > reached + lengths[lane]) reached = reached + lengths[lane++];
-          nextLength = lengths[lane];
+          walk.nextLength = lengths[lane];
           return lane;
         });
-    metres = reached;
+    walk.metres = reached;
     return measured;
   }
 
