@@ -8,6 +8,7 @@
 #include "base/geodesy/distance.h"
 #include "base/precondition.h"
 #include "map_utils/internal/line_length.h"
+#include "map_utils/internal/route_distance.h"
 #include "map_utils/internal/segment_lengths.h"
 
 namespace vorel {
@@ -121,11 +122,7 @@ double VorelGeometryAlgorithm::DistanceOfA2BInRoute(const GeoCoordinate& pointA,
   if (line.size() <= a || line.size() <= b) return 0.0;
   const double beyondA = tarvo::geodesy::Distance(line[a], pointA);
   const double beyondB = tarvo::geodesy::Distance(line[b], pointB);
-  if (a == b) return beyondA - beyondB;
-  // Deliberate: one entry short passes here and throws below.
-  if (cumulative.size() < std::max(a, b)) return 0.0;
-  if (a > b) return (beyondA - beyondB) + (cumulative.at(a) - cumulative.at(b));
-  return -(((0.0 - beyondA) + beyondB) + (cumulative.at(b) - cumulative.at(a)));
+  return internal::RouteDistance(a, beyondA, b, beyondB, cumulative);
 }
 
 }  // namespace vorel

@@ -38,6 +38,9 @@ VOREL_LANES_INLINE TwoDoubles LoadPoint(const tarvo::GeoCoordinate& point) {
   __builtin_memcpy(&lanes, &point, sizeof lanes);
   return lanes;
 }
+VOREL_LANES_INLINE TwoDoubles LoadPoint(const tarvo::GeoCoordinate* point) {
+  return LoadPoint(*point);
+}
 
 VOREL_LANES_INLINE bool InAnyLane(TwoFlags flags) {
 #if defined(__SSE2__)
@@ -134,16 +137,18 @@ struct TwoLanes {
     return Doubles{points[0].latitude, points[1].latitude};
   }
 
-  /// The segments from each of two points in a row to the next one. Differences and sums are taken while a point's
-  /// coordinates stand side by side; that leaves three shuffles.
-  template <class Point>
+  /// The segments from points[0] to points[1] and from points[kStride] to points[kStride + 1]: with a stride of 1 two
+  /// steps of a line, with 2 two pairs. The points may be pointers to points. Differences and sums are taken while a point's coordinates stand side by side;
+  /// that leaves three shuffles.
+  template <std::size_t kStride, class Point>
   VOREL_LANES_INLINE Segments<Doubles> LoadSegments(const Point* points) {
-    const Doubles point0 = LoadPoint(points[0]);
-    const Doubles point1 = LoadPoint(points[1]);
-    const Doubles point2 = LoadPoint(points[2]);
+    const Doubles start0 = LoadPoint(points[0]);
+    const Doubles end0 = LoadPoint(points[1]);
+    const Doubles start1 = LoadPoint(points[kStride]);
+    const Doubles end1 = LoadPoint(points[kStride + 1]);
     Segments<Doubles> segments;
-    Split(point1 - point0, point2 - point1, segments.longitudeDifference, segments.latitudeDifference);
-    segments.latitudeSum = SecondOfEach(point0 + point1, point1 + point2);
+    Split(end0 - start0, end1 - start1, segments.longitudeDifference, segments.latitudeDifference);
+    segments.latitudeSum = SecondOfEach(start0 + end0, start1 + end1);
     return segments;
   }
 
@@ -205,15 +210,15 @@ struct FourLanes {
   }
 
   /// As with two lanes. Every other segment stands side by side, so that these come in order.
-  template <class Point>
+  template <std::size_t kStride, class Point>
   VOREL_LANES_INLINE Segments<Doubles> LoadSegments(const Point* points) {
-    const Doubles points02 = Pair(points[0], points[2]);
-    const Doubles points13 = Pair(points[1], points[3]);
-    const Doubles points24 = Pair(points[2], points[4]);
+    const Doubles starts02 = Pair(points[0], points[2 * kStride]);
+    const Doubles ends02 = Pair(points[1], points[2 * kStride + 1]);
+    const Doubles starts13 = Pair(points[kStride], points[3 * kStride]);
+    const Doubles ends13 = Pair(points[kStride + 1], points[3 * kStride + 1]);
     Segments<Doubles> segments;
-    Split(points13 - points02, points24 - points13, segments.longitudeDifference,
-          segments.latitudeDifference);
-    segments.latitudeSum = _mm256_unpackhi_pd(points02 + points13, points13 + points24);
+    Split(ends02 - starts02, ends13 - starts13, segments.longitudeDifference, segments.latitudeDifference);
+    segments.latitudeSum = _mm256_unpackhi_pd(starts02 + ends02, starts13 + ends13);
     return segments;
   }
 
@@ -229,7 +234,8 @@ struct FourLanes {
     __builtin_memcpy(&lanes, points, sizeof lanes);
     return lanes;
   }
-  VOREL_LANES_INLINE Doubles Pair(const tarvo::GeoCoordinate& low, const tarvo::GeoCoordinate& high) {
+  template <class Point>
+  VOREL_LANES_INLINE Doubles Pair(const Point& low, const Point& high) {
     return _mm256_set_m128d(LoadPoint(high), LoadPoint(low));
   }
   VOREL_LANES_INLINE int Signs(Flags flags) { return _mm256_movemask_pd(reinterpret_cast<Doubles>(flags)); }

@@ -27,6 +27,9 @@ constexpr double kNoLength = -1.0;
 struct SegmentKernel {
   std::size_t lanes;  ///< segments of one vector
   std::size_t (*storeLengths)(const tarvo::GeoCoordinate* points, std::size_t segmentCount, double* lengths);
+  /// Of the segments from *points[2 * i] to *points[2 * i + 1].
+  std::size_t (*storePairLengths)(const tarvo::GeoCoordinate* const* points, std::size_t segmentCount,
+                                  double* lengths);
   std::size_t (*storeSums)(const tarvo::GeoCoordinate* points, std::size_t segmentCount, double& metres,
                            double* sums);
   std::size_t (*addLengths)(const tarvo::GeoCoordinate* points, std::size_t segmentCount, double& metres);

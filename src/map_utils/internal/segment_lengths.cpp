@@ -23,6 +23,9 @@ namespace {
 std::size_t StoreNone(const GeoCoordinate*, std::size_t, double*) {
   return 0;
 }
+std::size_t StoreNoPairs(const GeoCoordinate* const*, std::size_t, double*) {
+  return 0;
+}
 std::size_t StoreNoSums(const GeoCoordinate*, std::size_t, double&, double*) {
   return 0;
 }
@@ -36,6 +39,7 @@ std::size_t WalkNowhere(const Point*, std::size_t, double, LimitedWalk&) {
 }
 constexpr SegmentKernel kScalarKernel = {static_cast<std::size_t>(-1),
                                          StoreNone,
+                                         StoreNoPairs,
                                          StoreNoSums,
                                          AddNone<GeoCoordinate>,
                                          AddNone<GeoCoordinateZ>,
@@ -121,6 +125,16 @@ void StoreSegmentLengths(const GeoCoordinate* points, std::size_t segmentCount, 
     i += kernel.storeLengths(points + i, segmentCount - i, lengths + i);
     const std::size_t resume = i + std::min(segmentCount - i, kernel.lanes);
     for (; i < resume; ++i) lengths[i] = Distance(points[i], points[i + 1]);
+  }
+}
+
+void StorePairLengths(const GeoCoordinate* const* points, std::size_t pairCount, double* lengths) {
+  const SegmentKernel& kernel = CurrentKernel();
+  std::size_t i = 0;
+  while (i < pairCount) {
+    i += kernel.storePairLengths(points + 2 * i, pairCount - i, lengths + i);
+    const std::size_t resume = i + std::min(pairCount - i, kernel.lanes);
+    for (; i < resume; ++i) lengths[i] = Distance(*points[2 * i], *points[2 * i + 1]);
   }
 }
 

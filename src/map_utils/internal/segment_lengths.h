@@ -27,14 +27,17 @@ constexpr std::size_t kSegmentsInFirstBlock = 8;
 /// @param points  segmentCount + 1 points, degrees, any values
 void StoreSegmentLengths(const tarvo::GeoCoordinate* points, std::size_t segmentCount, double* lengths);
 
+/// lengths[i] = metres from *points[2 * i] to *points[2 * i + 1], for i = 0 .. pairCount - 1.
+/// @param points  2 * pairCount pointers to points, degrees, any values
+void StorePairLengths(const tarvo::GeoCoordinate* const* points, std::size_t pairCount, double* lengths);
+
 /// sums[i] = `metres` plus the lengths of the segments 0 .. i, added one by one in order.
-/// @param points  as above
+/// @param points  segmentCount + 1 points, as in all that follow
 /// @return the last sum; `metres` without a segment
 double StoreSegmentSums(const tarvo::GeoCoordinate* points, std::size_t segmentCount, double metres,
                         double* sums);
 
 /// `length` plus the lengths of the segments, added one by one in order.
-/// @param points  as above
 double AddSegmentLengths(const tarvo::GeoCoordinate* points, std::size_t segmentCount, double length);
 double AddSegmentLengths(const tarvo::GeoCoordinateZ* points, std::size_t segmentCount, double length);
 
@@ -46,7 +49,6 @@ LimitedWalk WalkManySegmentsBelow(const tarvo::GeoCoordinateZ* points, std::size
 
 /// Walks along the segments while `limit` > `metres` plus their lengths, added one by one in order; a NaN ends it. Hardly
 /// dearer than the bare sum; measures at most three vectors of segments more than a walk one by one.
-/// @param points  as above
 /// @param metres  where the walk begins
 template <class Point>
 inline LimitedWalk WalkSegmentsBelow(const Point* points, std::size_t segmentCount, double metres,

@@ -41,10 +41,10 @@ struct BegunSegments {
 
 /// Begins the first segments, as many as a vector holds. False when one of them may not be near; then `begun` means
 /// nothing.
-template <class Lanes, class Point>
+template <class Lanes, std::size_t kStride, class Point>
 VOREL_LANES_INLINE bool Begin(const Point* points, BegunSegments<typename Lanes::Doubles>& begun) {
   using Doubles = typename Lanes::Doubles;
-  const Segments<Doubles> s = Lanes::LoadSegments(points);
+  const Segments<Doubles> s = Lanes::template LoadSegments<kStride>(points);
   begun = {s.latitudeDifference, s.longitudeDifference,
            tarvo::geodesy::CosSquaredOfMidLatitude<Doubles>(s.latitudeSum)};
   const Doubles square =
@@ -59,6 +59,8 @@ VOREL_LANES_INLINE typename Lanes::Doubles Finish(const BegunSegments<typename L
       begun.latitudeDifference, begun.longitudeDifference, begun.cosSquared));
 }
 
+/// Segment i runs from points[kStride * i] to the next point: 1 for a line, 2 for pairs.
+///
 /// Measures segments until a vector has one that may not be near, and returns how many: take(i, firstLane, lengths) is
 /// told, in order, the lengths of the segments i + firstLane, ... that the lanes from `firstLane` on hold, and returns
 /// the number of lanes, or the first one that it leaves; there the measuring ends. Segments that do not fill a vector
@@ -66,18 +68,18 @@ VOREL_LANES_INLINE typename Lanes::Doubles Finish(const BegunSegments<typename L
 ///
 /// One vector begins while the one before it finishes: the chain of dependent operations of one vector is longer than
 /// what a processor looks ahead, so two halves of it that do not wait for one another fill its units better.
-template <class Lanes, class Point, class Take>
+template <class Lanes, std::size_t kStride = 1, class Point, class Take>
 VOREL_LANES_INLINE std::size_t MeasureNearSegments(const Point* points, std::size_t segmentCount, Take take) {
   if (segmentCount < Lanes::kCount) return 0;
   BegunSegments<typename Lanes::Doubles> current;
-  if (!Begin<Lanes>(points, current)) return 0;
+  if (!Begin<Lanes, kStride>(points, current)) return 0;
   const std::size_t last = segmentCount - Lanes::kCount;
   std::size_t position = 0;
   std::size_t taken = 0;
   while (position < last) {
     const std::size_t nextPosition = position + Lanes::kCount < last ? position + Lanes::kCount : last;
     BegunSegments<typename Lanes::Doubles> next;
-    const bool isNextNear = Begin<Lanes>(points + nextPosition, next);
+    const bool isNextNear = Begin<Lanes, kStride>(points + kStride * nextPosition, next);
     const std::size_t lanesTaken = take(position, 0, Finish<Lanes>(current));
     taken = position + lanesTaken;
     if (lanesTaken < Lanes::kCount || !isNextNear) return taken;
@@ -103,8 +105,9 @@ VOREL_LANES_INLINE void ForEachLane(const typename Lanes::Doubles& lengths, std:
 template <class Lanes, class Point>
 class NearSegments {
  public:
+  template <std::size_t kStride>
   static std::size_t StoreLengths(const Point* points, std::size_t segmentCount, double* lengths) {
-    return MeasureNearSegments<Lanes>(
+    return MeasureNearSegments<Lanes, kStride>(
         points, segmentCount, [lengths](std::size_t i, std::size_t, const Doubles& some) VOREL_LANES_LAMBDA {
           __builtin_memcpy(lengths + i, &some, sizeof some);
           return Lanes::kCount;
@@ -148,22 +151,17 @@ class NearSegments {
     const std::size_t measured = MeasureNearSegments<Lanes>(
         points, segmentCount,
         [&](std::size_t, std::size_t firstLane, const Doubles& some) VOREL_LANES_LAMBDA {
-          double sums[Lanes::kCount + 1];  // before each lane, and behind the last one
-          sums[firstLane] = reached;
           double sum = reached;
-          ForEachLane<Lanes>(some, firstLane, [&](std::size_t lane, double length) VOREL_LANES_LAMBDA {
-            sum = sum + length;
-            sums[lane + 1] = sum;
-          });
+          ForEachLane<Lanes>(some, firstLane,
+                             [&sum](std::size_t, double length) VOREL_LANES_LAMBDA { sum = sum + length; });
           if (limit > sum) {
             reached = sum;
             return Lanes::kCount;
           }
-          std::size_t lane = firstLane;
-          for (std::size_t i = firstLane + 1; i < Lanes::kCount; ++i) lane += limit > sums[i] ? 1u : 0u;
-          reached = sums[lane];
           double lengths[Lanes::kCount];
           __builtin_memcpy(lengths, &some, sizeof some);
+          std::size_t lane = firstLane;
+          for (; limit > reached + lengths[lane]; ++lane) reached = reached + lengths[lane];
           walk.nextLength = lengths[lane];
           return lane;
         });
@@ -179,8 +177,14 @@ template <class Lanes>
 constexpr SegmentKernel MakeSegmentKernel() {
   using Near = NearSegments<Lanes, tarvo::GeoCoordinate>;
   using NearZ = NearSegments<Lanes, tarvo::GeoCoordinateZ>;
-  return {Lanes::kCount,     Near::StoreLengths, Near::StoreSums, Near::AddLengths,
-          NearZ::AddLengths, Near::WalkBelow,    NearZ::WalkBelow};
+  return {Lanes::kCount,
+          Near::template StoreLengths<1>,
+          NearSegments<Lanes, const tarvo::GeoCoordinate*>::template StoreLengths<2>,
+          Near::StoreSums,
+          Near::AddLengths,
+          NearZ::AddLengths,
+          Near::WalkBelow,
+          NearZ::WalkBelow};
 }
 
 }  // namespace
