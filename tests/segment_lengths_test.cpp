@@ -27,6 +27,7 @@ using testsupport::SameBits;
 using vorel::internal::AddSegmentLengths;
 using vorel::internal::FindSegmentKernel;
 using vorel::internal::ForceSegmentKernel;
+using vorel::internal::StorePairLengths;
 using vorel::internal::StoreSegmentLengths;
 using vorel::internal::StoreSegmentSums;
 using vorel::internal::WalkSegments;
@@ -114,6 +115,20 @@ void CheckSegments(const Point* points, std::size_t segmentCount) {
     std::vector<double> stored(segmentCount + 4, kUntouched);
     StoreSegmentLengths(points, segmentCount, stored.data());
     CheckStored(stored, expected);
+
+    // The same segments as pairs, and in between those from each vertex to itself.
+    std::vector<const GeoCoordinate*> pairs;
+    std::vector<double> pairLengths;
+    for (std::size_t i = 0; i < segmentCount; ++i) {
+      pairs.insert(pairs.end(), {points + i, points + i + 1});
+      pairLengths.push_back(expected[i]);
+      if (i % 3 != 0) continue;
+      pairs.insert(pairs.end(), {points + i, points + i});
+      pairLengths.push_back(points[i].DistanceTo(points[i]));
+    }
+    std::vector<double> storedPairs(pairLengths.size() + 4, kUntouched);
+    StorePairLengths(pairs.data(), pairLengths.size(), storedPairs.data());
+    CheckStored(storedPairs, pairLengths);
 
     std::vector<double> walked;
     WalkSegments(points, 0, segmentCount, [&](std::size_t i, std::size_t count, const double* lengths) {
