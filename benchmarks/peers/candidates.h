@@ -27,6 +27,9 @@ constexpr double kSphereTolerance = 6e-3;
 constexpr double kEllipsoidTolerance = 1e-6;
 /// How far two counts of samples may lie apart: by the sphere, and by one sample of the shortest line.
 constexpr double kSampleTolerance = 0.03;
+/// How far two numbers of kept points may lie apart: peers have no box beside the distance, and ours is narrower than a
+/// long spacing.
+constexpr double kThinningTolerance = 0.4;
 /// The sphere of the peers.
 constexpr double kMeanRadius = 6371008.8;  // metres
 

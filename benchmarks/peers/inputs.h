@@ -20,6 +20,7 @@ using LineZ = std::vector<tarvo::GeoCoordinateZ>;
 using Rect = tarvo::Rect<tarvo::GeoCoordinate>;
 
 struct DistanceCase : JobCase {
+  bool opposite = false;  // nearly: where methods made for less do not settle
   std::vector<std::pair<tarvo::GeoCoordinate, tarvo::GeoCoordinate>> pairs;
 };
 struct LengthCase : JobCase {
@@ -43,6 +44,7 @@ struct ContainmentCase : JobCase {
 struct ProjectionCase : JobCase {
   LineZ lane;
   LineZ positions;
+  double range = 1e9;  // metres: beyond it there is no match
 };
 struct OffsetCase : JobCase {
   LineZ lane;

@@ -67,6 +67,24 @@ void AddSampling(const Inputs& inputs, Jobs& jobs) {
   }
 }
 
+/// A walk by the chord between the prepared unit vectors.
+void AddThinning(const Inputs& inputs, Jobs& jobs) {
+  for (const ThinningCase& c : inputs.thinning) {
+    std::vector<std::vector<S2Point>> route;
+    for (const Line& segment : c.route) route.push_back(PreparedLine(segment));
+    const S1ChordAngle limit(S1Angle::Radians(c.spacing / kMeanRadius));
+    jobs.Add(c, "S2 walk", kThinningTolerance, [route, limit] {
+      std::vector<S2Point> kept;
+      for (const std::vector<S2Point>& segment : route) {
+        for (std::size_t i = 0; i < segment.size(); ++i) {
+          if (i == 0 || S1ChordAngle(kept.back(), segment[i]) > limit) kept.push_back(segment[i]);
+        }
+      }
+      return kept.size();
+    });
+  }
+}
+
 void AddContainment(const Inputs& inputs, Jobs& jobs) {
   for (const ContainmentCase& c : inputs.containment) {
     auto loop = std::make_shared<S2Loop>(PreparedLine(c.polygon), S2Debug::DISABLE);
@@ -134,6 +152,7 @@ void AddProjection(const Inputs& inputs, Jobs& jobs) {
 void AddS2(const Inputs& inputs, Jobs& jobs) {
   AddLengths(inputs, jobs);
   AddSampling(inputs, jobs);
+  AddThinning(inputs, jobs);
   AddContainment(inputs, jobs);
   AddProjection(inputs, jobs);
 }

@@ -60,7 +60,8 @@ void AddSampling(const Inputs& inputs, Jobs& jobs, const VectorPath& path) {
   }
 }
 
-/// Beside the one call stands the sum of its parts: the cut, then the samples of each piece.
+/// Beside the one call stands the sum of its parts: the cut, then the samples of each piece. Like the call they end a piece
+/// of one sample with its last vertex; unlike it they log nothing and ask no clock.
 void AddSymbols(const Inputs& inputs, Jobs& jobs, const VectorPath& path) {
   for (const ClippingCase& c : inputs.symbols) {
     const auto whole = [&c, out = std::vector<Line>(), area = Line(),
@@ -76,11 +77,11 @@ void AddSymbols(const Inputs& inputs, Jobs& jobs, const VectorPath& path) {
       for (const Line& piece : pieces) {
         out.emplace_back();
         Algorithm::CalcPointsInPolyline(piece, 50, 0, out.back());
+        if (out.back().size() == 1) out.back().push_back(piece.back());
       }
       return CountAll(out);
     };
-    // The call adds the last vertex of a piece shorter than the spacing; its parts do not.
-    jobs.Add(c, path.candidate + ": sum of its parts", 0.6, parts, parts, path.choose);
+    jobs.Add(c, path.candidate + ": sum of its parts", 0.0, parts, parts, path.choose);
   }
 }
 
