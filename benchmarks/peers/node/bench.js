@@ -59,7 +59,7 @@ const PEERS = {
     },
     {
       // A ruler stands for one latitude: one per pair is prepared. Only meant for short distances.
-      peer: 'cheap-ruler', tolerance: PLANE, applies: ({input}) => input.startsWith('near'), prepare({points}) {
+      peer: 'cheap-ruler', tolerance: PLANE, applies: ({input}) => input.startsWith('near:'), prepare({points}) {
         const pairs = pairsOf(points).map(([a, b]) => [new CheapRuler((a[1] + b[1]) / 2, 'meters'), a, b]);
         return () => sumOver(pairs, ([ruler, a, b]) => ruler.distance(a, b));
       },
@@ -133,7 +133,7 @@ const PEERS = {
   offset: [
     {
       // Its offset is in degrees of the plane, as many to the east as to the north: the length says little.
-      peer: 'turf', tolerance: 0.05, prepare({line, metres}) {
+      peer: 'turf', tolerance: 0.1, prepare({line, metres}) {
         const prepared = lineString(line);
         return () => lineOffset(prepared, -metres, METRES);
       },
