@@ -59,10 +59,8 @@ void AddDistance(const DistanceCase& c, Jobs& jobs, const char* name, double tol
   std::vector<PointPair> pairs;
   for (const auto& [from, to] : c.pairs)
     pairs.push_back({Point(from.longitude, from.latitude), Point(to.longitude, to.latitude)});
-  jobs.Add(c, name, tolerance, [pairs, strategy] {
-    double sum = 0.0;
-    for (const PointPair& pair : pairs) sum += bg::distance(pair.from, pair.to, strategy);
-    return sum;
+  AddDistances(c, jobs, name, tolerance, pairs, [strategy](const PointPair& pair) -> double {
+    return bg::distance(pair.from, pair.to, strategy);
   });
 }
 

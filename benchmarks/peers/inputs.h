@@ -22,6 +22,7 @@ using Rect = tarvo::Rect<tarvo::GeoCoordinate>;
 struct DistanceCase : JobCase {
   bool opposite = false;  // nearly: where methods made for less do not settle
   std::vector<std::pair<tarvo::GeoCoordinate, tarvo::GeoCoordinate>> pairs;
+  std::vector<double> exact;  // metres between the pairs; empty where no peer gives them
 };
 struct LengthCase : JobCase {
   Line line;

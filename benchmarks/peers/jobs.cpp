@@ -84,6 +84,8 @@ void Jobs::Measure(int passCount, const std::string& path) const {
                                  {"unit", c.unit},
                                  {"difference", entry->difference},
                                  {"seconds", measured->second}});
+      const auto error = largestErrors_.find(entry->Name());
+      if (error != largestErrors_.end()) results["rows"].back()["largest_error"] = error->second;
     }
   }
   stream << results;

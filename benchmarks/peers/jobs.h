@@ -50,6 +50,11 @@ class Jobs {
     Add(jobCase, candidate, tolerance, work, work);
   }
 
+  /// Notes how far a candidate's distances lie from the exact ones at most, in metres.
+  void SetLargestError(const JobCase& jobCase, const std::string& candidate, double metres) {
+    largestErrors_[jobCase.job + '|' + jobCase.input + '|' + candidate] = metres;
+  }
+
   /// Candidates that disagree measure different things: nothing may then be measured.
   void ThrowOnDisagreement() const;
 
@@ -78,6 +83,7 @@ class Jobs {
   std::vector<std::vector<std::shared_ptr<const Entry>>> cases_;  // in the order of their first candidate
   std::map<std::string, std::size_t> caseIndices_;                // by job and input
   std::map<std::string, double> expected_;                        // by job and input
+  std::map<std::string, double> largestErrors_;                   // by job, input and candidate
   std::string disagreements_;
 };
 

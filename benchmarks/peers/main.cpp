@@ -48,7 +48,10 @@ int main(int argc, char** argv) {
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
 
-    const peers::Inputs inputs = peers::MakeInputs();
+    peers::Inputs inputs = peers::MakeInputs();
+#ifdef VOREL_BENCHMARK_PEERS
+    peers::SetExactDistances(inputs);
+#endif
     peers::Jobs jobs;
     peers::AddVorelAlongLines(inputs, jobs);
     peers::AddVorelInPlaces(inputs, jobs);

@@ -43,7 +43,8 @@ void WriteInputs(const Inputs& inputs, const Jobs& jobs, const std::string& path
     data["expected"] = jobs.Expected(c);
     cases.push_back(std::move(data));
   };
-  for (const auto& c : inputs.distance) add("distance", c, {{"points", Positions(c.pairs)}});
+  for (const auto& c : inputs.distance)
+    add("distance", c, {{"points", Positions(c.pairs)}, {"exact", c.exact}});
   for (const auto& c : inputs.length) add("length", c, {{"line", Positions(c.line)}});
   for (const auto& c : inputs.clipping) {
     add("clipping", c,

@@ -35,11 +35,8 @@ void AddLengths(const Inputs& inputs, Jobs& jobs) {
   for (const DistanceCase& c : inputs.distance) {
     std::vector<std::pair<S2Point, S2Point>> pairs;
     for (const auto& [from, to] : c.pairs) pairs.emplace_back(Prepared(from), Prepared(to));
-    jobs.Add(c, "S2", kSphereTolerance, [pairs] {
-      double sum = 0.0;
-      for (const auto& [from, to] : pairs) sum += kMeanRadius * S1Angle(from, to).radians();
-      return sum;
-    });
+    AddDistances(c, jobs, "S2", kSphereTolerance, pairs,
+                 [](const auto& pair) { return kMeanRadius * S1Angle(pair.first, pair.second).radians(); });
   }
   for (const LengthCase& c : inputs.length) {
     jobs.Add(c, "S2", kSphereTolerance,

@@ -25,19 +25,8 @@ double CountAll(const std::vector<Line>& lines) {
 
 void AddLengths(const Inputs& inputs, Jobs& jobs, const VectorPath& path) {
   for (const DistanceCase& c : inputs.distance) {
-    jobs.Add(
-        c, path.candidate, 0.0,
-        [&c] {
-          double sum = 0.0;
-          for (const auto& [from, to] : c.pairs) sum += from.DistanceTo(to);
-          return sum;
-        },
-        [&c] {
-          double sum = 0.0;
-          for (const auto& [from, to] : c.pairs) sum += from.DistanceTo(to);
-          return sum;
-        },
-        path.choose);
+    const auto distance = [](const auto& pair) { return pair.first.DistanceTo(pair.second); };
+    AddDistances(c, jobs, path.candidate, 0.0, c.pairs, distance, path.choose);
   }
   for (const LengthCase& c : inputs.length) {
     const auto work = [&c] { return Length(c.line); };

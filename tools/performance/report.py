@@ -20,7 +20,7 @@ import subprocess
 
 from chart import draw
 from results import BASELINE, fail, load, read_run
-from tables import print_table, table_markdown
+from tables import accuracy_markdown, print_table, table_markdown
 from targets import judged, outcome, print_targets, targets_markdown, yardstick
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
@@ -84,7 +84,7 @@ def markdown(runs, facts):
              f"{facts['flags']}; {facts['vector_path']}; {facts['data']}; medians of {facts['repetitions']} repetitions. "
              f"Load of the machine (a run itself adds 1): {load_sentence}.", "",
              "Versions: " + ", ".join(f"{name} {version}" for name, version in facts["versions"].items()) + ".", ""]
-    lines += targets_markdown(runs)
+    lines += targets_markdown(runs) + accuracy_markdown(runs[0])
     for number, run in enumerate(runs, 1):
         lines += ["### Everything" + ("" if len(runs) == 1 else f", run {number}"), ""] + table_markdown(run) + [""]
     return "\n".join(lines).rstrip()

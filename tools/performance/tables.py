@@ -28,6 +28,31 @@ def peers_texts(candidates):
     return texts
 
 
+def metres_text(metres):
+    for factor, unit in ((1e-3, "km"), (1, "m"), (1e3, "mm"), (1e6, "µm")):
+        if metres * factor >= 1:
+            return f"{metres * factor:.3g} {unit}"
+    return f"{metres * 1e9:.3g} nm"
+
+
+def accuracy_markdown(run):
+    """How far single distances lie from the exact ones at most."""
+    errors = {}
+    labels = []
+    for row in run.rows:
+        if "largest_error" in row and row["candidate"] != BASELINE:
+            errors.setdefault(row["candidate"], {})[row["input"]] = metres_text(row["largest_error"])
+            if row["input"] not in labels:
+                labels.append(row["input"])
+    if not errors:
+        return []
+    lines = ["### Accuracy", "", "Largest deviation of the 1024 distances of each input from GeographicLib's `GeodesicExact`.", "",
+             "| candidate | " + " | ".join(labels) + " |", "|---|" + "---:|" * len(labels)]
+    for candidate, by_input in errors.items():
+        lines.append(f"| {candidate} | " + " | ".join(by_input.get(label, "") for label in labels) + " |")
+    return lines + [""]
+
+
 def growth_text(growth, label):
     if label not in growth:
         return ""
