@@ -7,6 +7,7 @@
 # Each job runs in a program that does it twice and in one that does it three times; all else in them is the same, so the
 # difference is what one time executes, with buffers that have reached their size.
 set -euo pipefail
+shopt -s inherit_errexit
 cd "$(dirname "$0")/.."
 
 write_docs=false
@@ -31,7 +32,8 @@ $compiler "$build"/objects/*.o -static -pthread -o "$build/repeated_job"
 # executed JOB TIMES [scalar]: the number of instructions of the whole program. One per line of the log, because the
 # emulator translates them one by one.
 executed() {
-  qemu-aarch64 -singlestep -d exec,nochain "$build/repeated_job" "$@" 2>&1 > "$build/items" | grep -c '^Trace'
+  qemu-aarch64 -singlestep -d exec,nochain "$build/repeated_job" "$@" 2>&1 > "$build/items" | grep -c '^Trace' ||
+    { echo "Failed under the emulator: repeated_job $*" >&2; exit 1; }
 }
 # per_item JOB [scalar]: the instructions of one item.
 per_item() {
@@ -49,7 +51,7 @@ table=$build/table.md
   echo "| job | per | instructions | with segments measured one at a time |"
   echo "|---|---|---:|---:|"
 } | tee "$table"
-"$build/repeated_job" > "$build/jobs" 2> /dev/null || qemu-aarch64 "$build/repeated_job" > "$build/jobs"
+qemu-aarch64 "$build/repeated_job" > "$build/jobs"
 while read -r job <&3; do
   vectors=$(per_item "$job")
   scalar=$(per_item "$job" scalar)
