@@ -20,7 +20,7 @@ using LineZ = std::vector<tarvo::GeoCoordinateZ>;
 using Rect = tarvo::Rect<tarvo::GeoCoordinate>;
 
 struct DistanceCase : JobCase {
-  bool opposite = false;  // nearly: where methods made for less do not settle
+  bool opposite = false;  // nearly opposite points: where some methods fail
   std::vector<std::pair<tarvo::GeoCoordinate, tarvo::GeoCoordinate>> pairs;
   std::vector<double> exact;  // metres between the pairs; empty where no peer gives them
 };
