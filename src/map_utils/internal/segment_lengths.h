@@ -52,7 +52,7 @@ LimitedWalk WalkManySegmentsBelow(const tarvo::GeoCoordinateZ* points, std::size
                                   double metres, double limit);
 
 /// Walks along the segments while `limit` > `metres` plus their lengths, added one by one in order; a NaN ends it. Hardly
-/// dearer than the bare sum; measures at most two vectors of segments beyond its end.
+/// dearer than the bare sum; measures at most six vectors of segments in vain.
 /// @param metres  where the walk begins
 template <class Point>
 inline LimitedWalk WalkSegmentsBelow(const Point* points, std::size_t segmentCount, double metres,

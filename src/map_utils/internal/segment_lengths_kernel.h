@@ -151,10 +151,17 @@ VOREL_LANES_INLINE void ForEachLane(const typename Lanes::Doubles& lengths, std:
   }
 }
 
-// What is done with the lengths, one after the other.
+// What is done with the lengths, one after the other. Two vectors of them count only if they may be taken in the end.
 struct AddLength {
   double sum;
   VOREL_LANES_METHOD void operator()(double length) { sum = sum + length; }
+  VOREL_LANES_METHOD bool MayBeTaken() const { return true; }
+};
+struct AddBelowLimit {
+  double sum;
+  double limit;
+  VOREL_LANES_METHOD void operator()(double length) { sum = sum + length; }
+  VOREL_LANES_METHOD bool MayBeTaken() const { return limit > sum; }
 };
 struct AddAndStoreSum {
   double sum;
@@ -163,6 +170,7 @@ struct AddAndStoreSum {
     sum = sum + length;
     *next++ = sum;
   }
+  VOREL_LANES_METHOD bool MayBeTaken() const { return true; }
 };
 
 // Two vectors side by side have four independent chains of operations in the loop. A processor looks ahead over little
@@ -183,8 +191,11 @@ __attribute__((noinline)) std::size_t MeasureManyNearSegments(const Point* point
   const std::size_t measured = MeasureNearSegments<TwiceLanes<Lanes>>(
       points, (segmentCount - kHalf) / (2 * kHalf) * (2 * kHalf),
       [&own](std::size_t, std::size_t, const TwoVectors<typename Lanes::Doubles>& some) VOREL_LANES_LAMBDA {
-        ForEachLane<Lanes>(some.low, 0, own);
-        ForEachLane<Lanes>(some.high, 0, own);
+        Use next = own;
+        ForEachLane<Lanes>(some.low, 0, next);
+        ForEachLane<Lanes>(some.high, 0, next);
+        if (!next.MayBeTaken()) return std::size_t{0};
+        own = next;
         return 2 * kHalf;
       });
   use = own;
@@ -223,12 +234,16 @@ class NearSegments {
   }
 
   /// The sums never decrease, for no length is negative and rounding keeps the order: while the last one of a vector is
-  /// below the limit, so are those before it, and one comparison per vector decides what one per segment would.
+  /// below the limit, so are those before it, and one comparison per vector decides what one per segment would. Two
+  /// vectors side by side that come to the limit are measured again one by one.
   static std::size_t WalkBelow(const Point* points, std::size_t segmentCount, double limit,
                                LimitedWalk& walk) {
-    double reached = walk.metres;
+    AddBelowLimit begun{walk.metres, limit};
+    std::size_t many = 0;
+    if (segmentCount >= kManySegments) many = MeasureManyNearSegments<Lanes>(points, segmentCount, begun);
+    double reached = begun.sum;
     const std::size_t measured = MeasureNearSegments<Lanes>(
-        points, segmentCount,
+        points + many, segmentCount - many,
         [&](std::size_t, std::size_t firstLane, const Doubles& some) VOREL_LANES_LAMBDA {
           AddLength add{reached};
           ForEachLane<Lanes>(some, firstLane, add);
@@ -244,7 +259,7 @@ class NearSegments {
           return lane;
         });
     walk.metres = reached;
-    return measured;
+    return many + measured;
   }
 
  private:
