@@ -312,6 +312,22 @@ TEST(ProjectionScan, OddPointsAtEveryPlaceOfABlock) {
   }
 }
 
+// An invalid latitude at the start of a block must not hide that the rest of it lies out of reach of the bounds, which
+// err there: on the way from 80 degrees to the equator a degree of latitude shrinks.
+TEST(ProjectionScan, AnInvalidPointDoesNotHideThatTheOthersAreOutOfReach) {
+  for (std::size_t place = 0; place < 30; ++place) {
+    LineZ line;
+    for (std::size_t i = 0; i < 30; ++i) {
+      line.push_back({11.5 + 1e-3 * static_cast<double>(i), i < place ? -0.3 : 0.0, 0.0f});
+    }
+    line[place].latitude = kNaN;
+    for (const int far : {1, kIntMax}) {
+      ASSERT_TRUE(IsAsThePlainScans(line, {{11.5, 80.0, 0.0f}, 0, 0.0, kInfinity, far, 45.0, 400.0}))
+          << place;
+    }
+  }
+}
+
 // A ring, passed several times, is equally far from its middle everywhere but for roundings: bounds rule out next to
 // nothing, and the first of the equal segments must win.
 TEST(ProjectionScan, RingsAboutThePosition) {
