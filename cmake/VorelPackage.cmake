@@ -7,7 +7,8 @@ set(VOREL_PACKAGE_MAINTAINER "The vorel maintainers <maintainers@vorel.example>"
 
 # The library package carries the version of the binary interface in its name: a system can hold 0.1 for old clients
 # beside 0.2 for new ones.
-set(runtime_package libvorel${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
+set(runtime_abi ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
+set(runtime_package libvorel${runtime_abi})
 set(development_package libvorel-dev)
 set(tools_package vorel-tools)
 
@@ -21,19 +22,24 @@ endif()
 
 # Every Debian package has its copyright file and its changelog. SOURCE_DATE_EPOCH sets the date for repeatable builds.
 string(TIMESTAMP package_date "%a, %d %b %Y %H:%M:%S +0000" UTC)
-find_program(GZIP_PROGRAM gzip)
+find_program(GZIP_PROGRAM gzip REQUIRED)
+mark_as_advanced(GZIP_PROGRAM)
 foreach(component IN LISTS components)
   set(package ${${component}_package})
   set(folder ${PROJECT_BINARY_DIR}/packaging/${package})
   configure_file(${CMAKE_CURRENT_LIST_DIR}/debian/changelog.in ${folder}/changelog @ONLY)
-  if(GZIP_PROGRAM)
-    execute_process(COMMAND ${GZIP_PROGRAM} -9nf ${folder}/changelog)
-  endif()
+  execute_process(COMMAND ${GZIP_PROGRAM} -9nf ${folder}/changelog COMMAND_ERROR_IS_FATAL ANY)
   install(FILES ${CMAKE_CURRENT_LIST_DIR}/debian/copyright DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/${package}
     COMPONENT ${component})
   install(FILES ${folder}/changelog.gz DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/${package}
-    COMPONENT ${component} OPTIONAL)
+    COMPONENT ${component})
 endforeach()
+
+if(VOREL_BUILD_TOOLS)
+  configure_file(${PROJECT_SOURCE_DIR}/tools/vorel/vorel.1 ${PROJECT_BINARY_DIR}/packaging/vorel.1 COPYONLY)
+  execute_process(COMMAND ${GZIP_PROGRAM} -9nf ${PROJECT_BINARY_DIR}/packaging/vorel.1 COMMAND_ERROR_IS_FATAL ANY)
+  install(FILES ${PROJECT_BINARY_DIR}/packaging/vorel.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tools)
+endif()
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME vorel)
@@ -52,14 +58,18 @@ set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME ${runtime_package})
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
-# Which symbols' library a client depends on, and the ldconfig trigger.
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
-set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
+# What packages of clients depend on, and a trigger for the loader's cache. CPack's own `shlibs` come with scripts that run
+# ldconfig, which Debian no longer does.
+configure_file(${CMAKE_CURRENT_LIST_DIR}/debian/shlibs.in ${PROJECT_BINARY_DIR}/packaging/shlibs @ONLY)
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA
+  ${PROJECT_BINARY_DIR}/packaging/shlibs ${CMAKE_CURRENT_LIST_DIR}/debian/triggers)
+configure_file(${CMAKE_CURRENT_LIST_DIR}/debian/overrides.in ${PROJECT_BINARY_DIR}/packaging/overrides @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/packaging/overrides DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/lintian/overrides
+  RENAME ${runtime_package} COMPONENT runtime)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS
   ${PROJECT_BINARY_DIR}/base ${PROJECT_BINARY_DIR}/logging ${PROJECT_BINARY_DIR}/src/map_utils)
-set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "${PROJECT_DESCRIPTION}
-Headings, distances along a route, symbols along its visible part, clipping,
+set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "Headings, distances along a route, symbols along its visible part, clipping,
 containment, projection and offset of lines in longitude and latitude.
 .
 This package holds the shared libraries.")
@@ -67,8 +77,7 @@ This package holds the shared libraries.")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME ${development_package})
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${runtime_package} (= ${PROJECT_VERSION})")
-set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "${PROJECT_DESCRIPTION} (development)
-Headings, distances along a route, symbols along its visible part, clipping,
+set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "Headings, distances along a route, symbols along its visible part, clipping,
 containment, projection and offset of lines in longitude and latitude.
 .
 This package holds the headers, the CMake package and the pkg-config file.")
@@ -79,7 +88,7 @@ set(CPACK_DEBIAN_TOOLS_PACKAGE_SHLIBDEPS ON)
 if(BUILD_SHARED_LIBS)
   set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "${runtime_package} (= ${PROJECT_VERSION})")
 endif()
-set(CPACK_COMPONENT_TOOLS_DESCRIPTION "${PROJECT_DESCRIPTION} (command-line tool)
+set(CPACK_COMPONENT_TOOLS_DESCRIPTION "The command-line tool.
 Places symbols, samples, measures, clips, thins, matches and offsets lines and
 polygons given as GeoJSON, and draws what it did.")
 

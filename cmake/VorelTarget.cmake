@@ -43,7 +43,7 @@ function(vorel_library name)
     if(CMAKE_SYSTEM_NAME STREQUAL Linux)
       # Without whole pages of padding between code and constants.
       target_link_options(${target} PRIVATE
-        -Wl,-z,noseparate-code -Wl,-O1 -Wl,--hash-style=gnu -Wl,--as-needed
+        -Wl,-z,noseparate-code -Wl,-O1 -Wl,--hash-style=gnu
         -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/exported_symbols.map)
       set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/exported_symbols.map)
     endif()

@@ -65,4 +65,7 @@ left=$(comm -13 <(echo "$before") <(files) | while read -r path; do [ -d "$path"
 [ -z "$left" ] || fail "left behind: $left"
 left=$(comm -13 <(echo "$before") <(files) | grep vorel/ || true)
 [ -z "$left" ] || fail "left behind: $left"
+if command -v lintian > /dev/null; then
+  lintian --allow-root --fail-on error "$work"/packages/*.deb || fail "lintian finds errors"
+fi
 echo "installed, used and removed: $(cd "$work/packages" && echo *.deb)"
