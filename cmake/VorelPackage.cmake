@@ -92,4 +92,6 @@ set(CPACK_COMPONENT_TOOLS_DESCRIPTION "The command-line tool.
 Places symbols, samples, measures, clips, thins, matches and offsets lines and
 polygons given as GeoJSON, and draws what it did.")
 
+set(CPACK_POST_BUILD_SCRIPTS ${CMAKE_CURRENT_LIST_DIR}/debian/drop_ldconfig_scripts.cmake)
+
 include(CPack)
