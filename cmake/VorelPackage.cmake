@@ -1,5 +1,5 @@
 # Debian packages by CPack, one per install component: libvorel0.1 (the shared libraries), libvorel-dev (headers, CMake
-# package, pkg-config file) and vorel-tools. A build with static libraries has nothing for the first.
+# package, pkg-config file) and vorel-tools. A build with static libraries makes the last only.
 # scripts/package.sh makes all three.
 
 set(VOREL_PACKAGE_MAINTAINER "The vorel maintainers <maintainers@vorel.example>" CACHE STRING
@@ -12,12 +12,12 @@ set(runtime_package libvorel${runtime_abi})
 set(development_package libvorel-dev)
 set(tools_package vorel-tools)
 
-set(components tools)
+set(components "")
 if(BUILD_SHARED_LIBS)
-  set(components runtime development)
-  if(VOREL_BUILD_TOOLS)
-    list(APPEND components tools)
-  endif()
+  list(APPEND components runtime development)
+endif()
+if(VOREL_BUILD_TOOLS)
+  list(APPEND components tools)
 endif()
 
 # Every Debian package has its copyright file and its changelog. SOURCE_DATE_EPOCH sets the date for repeatable builds.
