@@ -40,14 +40,22 @@ function(vorel_library name)
     SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
   if(BUILD_SHARED_LIBS)
     target_compile_definitions(${target} PUBLIC VOREL_SHARED PRIVATE VOREL_BUILDING_LIBRARY)
+    if(CMAKE_SYSTEM_NAME STREQUAL Linux)
+      # Without whole pages of padding between code and constants.
+      target_link_options(${target} PRIVATE
+        -Wl,-z,noseparate-code -Wl,-O1 -Wl,--hash-style=gnu
+        -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/exported_symbols.map)
+      set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/exported_symbols.map)
+    endif()
   endif()
   if(VOREL_INSTALL)
     install(TARGETS ${target} EXPORT vorel
-      RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
-      LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
-      ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
+      RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime
+      LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development
+      ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
     file(RELATIVE_PATH folder ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})
     string(REGEX REPLACE "^src/" "" folder ${folder})
-    install(FILES ${library_HEADERS} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/vorel/${folder})
+    install(FILES ${library_HEADERS} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/vorel/${folder}
+      COMPONENT development)
   endif()
 endfunction()

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs the project, static and shared, into a fresh prefix, moves it, and builds and runs a client against it with
-# the CMake package and with pkg-config. Usage: run.sh BUILD_DIRECTORY
+# the CMake package and with pkg-config; then builds a client that holds the sources, by FetchContent and by
+# add_subdirectory. Usage: run.sh BUILD_DIRECTORY
 set -euo pipefail
 work=${1:?usage: run.sh BUILD_DIRECTORY}
 rm -rf "$work"
@@ -42,7 +43,35 @@ for shared in OFF ON; do
   done
 done
 
+libdir=$(dirname "$(find "$work/shared-moved" -name libvorel_geometry.so)")
+version=$(awk '/define VOREL_VERSION_(MAJOR|MINOR)/ {printf "%s%s", separator, $3; separator = "."}' base/version.h)
+for name in base logging geometry; do
+  file=$libdir/libvorel_$name.so
+  objdump -p "$file" | grep -qE "SONAME +libvorel_$name\.so\.${version//./\\.}\$" || { echo "$file has a wrong SONAME"; exit 1; }
+done
+
+# subproject KIND [cmake options]: the client that builds the sources by itself.
+subproject() {
+  local kind=$1
+  shift
+  quietly cmake -S tests/consumer/subproject -B "$work/$kind" -G Ninja "$@"
+  quietly cmake --build "$work/$kind"
+  quietly cmake --install "$work/$kind" --prefix "$work/$kind-installed"
+  local installed
+  installed=$(cd "$work/$kind-installed" && find . -type f)
+  [ "$installed" = ./bin/consumer ] || { echo "$kind installs more than the client: $installed"; exit 1; }
+  [ "$(ctest --test-dir "$work/$kind" -N | tail -n 1)" = "Total Tests: 0" ] || { echo "$kind has tests of the library"; exit 1; }
+  echo "$kind: $("$work/$kind/consumer")"
+}
+subproject FetchContent -DFETCHCONTENT_SOURCE_DIR_VOREL="$source" -DFETCHCONTENT_FULLY_DISCONNECTED=ON
+subproject add_subdirectory -DBY_SUBDIRECTORY="$source"
+
 # A shared library shows its clients the marked interface and nothing else of its own.
 hidden=$(nm -DC --defined-only "$work"/shared-moved/lib*/libvorel_geometry.so "$work"/shared-moved/lib*/*/libvorel_geometry.so \
   2> /dev/null | grep -E 'vorel::internal|anonymous' || true)
 [ -z "$hidden" ] || { echo "exported but internal: $hidden"; exit 1; }
+standard=$(nm -D --defined-only "$libdir"/libvorel_*.so | grep -E ' _Z(N|NK|T.|GV)?(S|9__gnu_cxx)' || true)
+[ -z "$standard" ] || { echo "exported but of the standard library: $standard"; exit 1; }
+for name in base logging geometry; do
+  echo "libvorel_$name.so, stripped: $(stat -Lc %s "$libdir/libvorel_$name.so") bytes"
+done
