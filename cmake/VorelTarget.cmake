@@ -29,6 +29,9 @@ function(vorel_library name)
     target_compile_options(${target} PRIVATE -fno-math-errno)  # square roots without a call; changes no result
   endif()
   if(VOREL_COVERAGE)
+    if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+      message(FATAL_ERROR "VOREL_COVERAGE needs g++: gcov reads no other compiler's counts")
+    endif()
     # So little optimised that each branch of the source is one of the program; counted right with threads.
     target_compile_options(${target} PRIVATE --coverage -Og -fprofile-update=atomic)
     target_link_options(${target} PUBLIC --coverage)

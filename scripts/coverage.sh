@@ -13,8 +13,8 @@ if [ -z "${VOREL_DATA_DIR:-}" ]; then
 fi
 
 build=build/coverage
-cmake -S . -B "$build" -G Ninja -DCMAKE_CXX_COMPILER=g++ -DCMAKE_BUILD_TYPE=Release -DVOREL_COVERAGE=ON \
-  -DVOREL_BUILD_TOOLS=OFF -DVOREL_INSTALL=OFF > /dev/null
+cmake -S . -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DVOREL_COVERAGE=ON -DVOREL_BUILD_TOOLS=OFF \
+  -DVOREL_INSTALL=OFF > /dev/null
 cmake --build "$build" --parallel "${VOREL_JOBS:-$(nproc)}"
 find "$build" -name '*.gcda' -delete
 
