@@ -19,8 +19,13 @@ cmake --build "$build" --parallel "${VOREL_JOBS:-$(nproc)}"
 find "$build" -name '*.gcda' -delete
 
 # The tests of the library's own behaviour: not those that build the project anew or only read it.
-ctest --test-dir "$build" --parallel "${VOREL_JOBS:-$(nproc)}" --output-on-failure --quiet \
-  --exclude-regex '^(consumer|drop_in|layout|package.*|tool_.*|example_.*|distance_series|fuzz_coverage|every_call|.*doc.*)$'
+if ! ctest --test-dir "$build" --parallel "${VOREL_JOBS:-$(nproc)}" --output-on-failure \
+  --exclude-regex '^(consumer|drop_in|layout|package.*|tool_.*|example_.*|distance_series|fuzz_coverage|every_call|.*doc.*)$' \
+  > "$build/tests.log" 2>&1; then
+  grep -E '^\[  FAILED|Failure$|\*\*\*' "$build/tests.log" >&2 || tail -n 20 "$build/tests.log" >&2
+  echo "coverage: a test failed, see $build/tests.log" >&2
+  exit 1
+fi
 # What machines without the widest vectors choose.
 if [ "$(uname -m)" = x86_64 ] && command -v qemu-x86_64 > /dev/null; then
   qemu-x86_64 -cpu Nehalem "$build/tests/concurrency_test" --gtest_filter='*TheFirstCallsMayCoincide' --gtest_brief=1

@@ -223,17 +223,19 @@ TEST_F(DistanceBudget, OfSamplingFromAnAnchor) {
               Algorithm::ChoosePointsInPolylineFromBasePoint(5, line_[5], 1e9, line_, cumulative_, out);
             }),
             1u);
-  std::vector<tarvo::RoutePos> positions(20);
+  std::vector<tarvo::RoutePos> positions(100);
   for (std::size_t i = 0; i < positions.size(); ++i) {
-    positions[i].coordinate = line_[10 * i];
-    positions[i].shapeIndex = static_cast<int>(10 * i);
+    positions[i].coordinate = line_[4 * i];
+    positions[i].shapeIndex = static_cast<int>(4 * i);
   }
-  for (const std::size_t steps : {1u, 2u, 10u, 19u}) {
-    const double offset = 0.5 * (cumulative_[10 * steps - 10] + cumulative_[10 * steps]);
-    EXPECT_EQ(CountDistances([&] {
-                Algorithm::ChoosePointsInPolylineWithOffset(positions, offset, out, line_, cumulative_);
-              }),
-              2 * steps);
+  constexpr std::size_t kPositionsPerBlock = 32;
+  for (const std::size_t steps : {1u, 2u, 10u, 50u, 99u}) {
+    const double offset = 0.5 * (cumulative_[4 * steps - 4] + cumulative_[4 * steps]);
+    const std::size_t evaluated = CountDistances(
+        [&] { Algorithm::ChoosePointsInPolylineWithOffset(positions, offset, out, line_, cumulative_); });
+    EXPECT_GE(evaluated, steps + 1) << "one per position passed";
+    EXPECT_LE(evaluated, std::max(2 * steps, steps + kPositionsPerBlock))
+        << "at most two per step, beside a block";
   }
 }
 

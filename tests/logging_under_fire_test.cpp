@@ -117,10 +117,17 @@ class Ledger {
     if (text != TextOf(thread, number)) ++torn_;
   }
 
-  void ExpectComplete(int perThread) const {
+  void ExpectComplete(const std::array<int, kThreadCount>& recordsOfThreads) const {
     EXPECT_EQ(torn_.load(), 0);
     EXPECT_EQ(outOfOrder_.load(), 0);
-    for (const std::atomic<int>& next : next_) EXPECT_EQ(next.load(), perThread);
+    for (std::size_t thread = 0; thread < next_.size(); ++thread) {
+      EXPECT_EQ(next_[thread].load(), recordsOfThreads[thread]) << "thread " << thread;
+    }
+  }
+  void ExpectComplete(int perThread) const {
+    std::array<int, kThreadCount> recordsOfThreads{};
+    recordsOfThreads.fill(perThread);
+    ExpectComplete(recordsOfThreads);
   }
 
  private:
@@ -243,46 +250,50 @@ TEST_F(LoggingUnderFire, ASinkAmongUnrulyOnesGetsEveryRecordOnce) {
 
 // What is promised after `RemoveSink`: no record that is submitted afterwards reaches the sink.
 TEST_F(LoggingUnderFire, ARemovedSinkGetsNoLaterRecord) {
-  const int perThread = RecordsPerThread() / 25;
+  constexpr int kSinks = 3000;
   std::atomic<int> removed{0};  // the sinks 1 .. removed are gone for good
   std::atomic<int> tooLate{0};
-  std::atomic<int> working{kThreadCount};
-  int made = 0;
+  std::atomic<int> reached{0};
   ASSERT_TRUE(Logger::Register(kId, LogLevel::kDebug));
   std::thread changer([&] {
-    while (working.load() > 0) {
-      const int generation = ++made;
+    const auto self = std::this_thread::get_id();
+    for (int generation = 1; generation <= kSinks; ++generation) {
       bool sawItsOwn = false;
-      const auto self = std::this_thread::get_id();
-      const auto sink =
-          std::make_shared<CallbackSink>([&tooLate, &sawItsOwn, self, generation](const Record& record) {
-            // The line number says how many sinks were gone when the record was made.
-            if (static_cast<int>(record.line) >= generation) ++tooLate;
-            if (std::this_thread::get_id() == self) sawItsOwn = true;
-          });
+      const auto sink = std::make_shared<CallbackSink>([&, self, generation](const Record& record) {
+        // The line number says how many sinks were gone when the record was made.
+        if (static_cast<int>(record.line) >= generation) ++tooLate;
+        if (std::this_thread::get_id() == self) {
+          sawItsOwn = true;
+        } else {
+          ++reached;
+        }
+      });
       EXPECT_TRUE(Logger::AddSink(kId, sink));
       { const Record own(LogLevel::kInfo, "f", static_cast<std::size_t>(generation - 1), "file", kId, ""); }
       EXPECT_TRUE(sawItsOwn) << "a sink gets what is logged after it was added";
+      // Now and then until another thread has logged to it.
+      if (generation % 100 == 0) {
+        reached = 0;
+        while (reached.load() == 0) std::this_thread::yield();
+      }
       EXPECT_TRUE(Logger::RemoveSink(kId, sink));
       removed.store(generation);
     }
   });
   RunInThreads([&](int) {
-    for (int number = 0; number < perThread; ++number) {
+    while (removed.load() < kSinks) {
       const int gone = removed.load();
       const Record record(LogLevel::kInfo, "f", static_cast<std::size_t>(gone), "file", kId, "");
     }
-    --working;
   });
   changer.join();
   EXPECT_EQ(tooLate.load(), 0);
-  EXPECT_GT(made, 0);
 }
 
 // Records at a level that is always accepted all arrive while the level goes up and down; between them come only
 // records that some setting accepts.
 TEST_F(LoggingUnderFire, ChangingLevelsLoseNothingAboveThem) {
-  const int perThread = RecordsPerThread() / 25;
+  constexpr int kRounds = 300000;
   Ledger errors;
   std::atomic<int> debugRecords{0};
   const auto sink = std::make_shared<CallbackSink>([&](const Record& record) {
@@ -293,38 +304,43 @@ TEST_F(LoggingUnderFire, ChangingLevelsLoseNothingAboveThem) {
     }
   });
   ASSERT_TRUE(Logger::Register(kId, LogLevel::kInfo, {sink}));
-  std::atomic<int> working{kThreadCount};
-  std::thread changer([&working] {
-    while (working.load() > 0) {
+  std::atomic<bool> done{false};
+  std::thread changer([&done] {
+    for (int round = 0; round < kRounds; ++round) {
       EXPECT_TRUE(Logger::SetMinimumLevel(kId, LogLevel::kError));
       EXPECT_TRUE(Logger::SetMinimumLevel(kId, LogLevel::kWarning));
       EXPECT_TRUE(Logger::SetMinimumLevel(kId, LogLevel::kInfo));
     }
+    done = true;
   });
   std::atomic<int> wronglyAnswered{0};
+  std::array<int, kThreadCount> recordsOfThreads{};
   RunInThreads([&](int thread) {
-    for (int number = 0; number < perThread; ++number) {
-      if (!Logger::TestLogLevel(kId, LogLevel::kError)) ++wronglyAnswered;
-      if (Logger::TestLogLevel(kId, LogLevel::kDebug)) ++wronglyAnswered;
+    int number = 0;
+    for (; number < 100 || !done.load(); ++number) {
+      for (int asked = 0; asked < 100; ++asked) {
+        if (!Logger::TestLogLevel(kId, LogLevel::kError)) ++wronglyAnswered;
+        if (Logger::TestLogLevel(kId, LogLevel::kDebug)) ++wronglyAnswered;
+      }
       Log(kId, TextOf(thread, number), LogLevel::kError);
       Log(kId, "below every setting", LogLevel::kDebug);
     }
-    --working;
+    recordsOfThreads[static_cast<std::size_t>(thread)] = number;
   });
   changer.join();
-  errors.ExpectComplete(perThread);
+  errors.ExpectComplete(recordsOfThreads);
   EXPECT_EQ(debugRecords.load(), 0);
   EXPECT_EQ(wronglyAnswered.load(), 0);
 }
 
 // The stream ends its life right behind `Detach`, while other threads go on logging.
 TEST_F(LoggingUnderFire, AStreamMayGoOnceDetachedWhileThreadsLog) {
-  const int perThread = RecordsPerThread() / 25;
+  constexpr int kStreams = 500;
   ASSERT_TRUE(Logger::Register(kId, LogLevel::kDebug));
-  std::atomic<int> working{kThreadCount};
+  std::atomic<bool> done{false};
   std::atomic<int> torn{0};
   std::thread changer([&] {
-    while (working.load() > 0) {
+    for (int i = 0; i < kStreams; ++i) {
       auto stream = std::make_unique<std::ostringstream>();
       const auto sink = std::make_shared<plog::StreamSink>(*stream);
       EXPECT_TRUE(Logger::AddSink(kId, sink));
@@ -339,10 +355,10 @@ TEST_F(LoggingUnderFire, AStreamMayGoOnceDetachedWhileThreadsLog) {
       }
       if (!text.empty() && text.back() != '\n') ++torn;
     }
+    done = true;
   });
   RunInThreads([&](int) {
-    for (int number = 0; number < perThread; ++number) Log(kId, "<hello>");
-    --working;
+    while (!done.load()) Log(kId, "<hello>");
   });
   changer.join();
   EXPECT_EQ(torn.load(), 0);
