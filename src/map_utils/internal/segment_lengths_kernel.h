@@ -49,8 +49,7 @@ VOREL_LANES_INLINE bool Begin(const Point* points, BegunSegments<typename Lanes:
            tarvo::geodesy::CosSquaredOfMidLatitude<Doubles>(s.latitudeSum)};
   const Doubles square =
       s.latitudeDifference * s.latitudeDifference + s.longitudeDifference * s.longitudeDifference;
-  return Lanes::InEach(Lanes::LessOrEqual(square, Lanes::All(kNearSquare)) &
-                       Lanes::LessOrEqual(s.latitudeSum * s.latitudeSum, Lanes::All(kLatitudeSumSquare)));
+  return Lanes::AreBothWithin(square, kNearSquare, s.latitudeSum * s.latitudeSum, kLatitudeSumSquare);
 }
 
 template <class Lanes>
@@ -58,6 +57,58 @@ VOREL_LANES_INLINE typename Lanes::Doubles Finish(const BegunSegments<typename L
   return Lanes::SquareRoot(tarvo::geodesy::NearSquaredDistanceAtCosSquared<typename Lanes::Doubles>(
       begun.latitudeDifference, begun.longitudeDifference, begun.cosSquared));
 }
+
+/// Two vectors that go through each operation one after the other.
+template <class Half>
+struct TwoVectors {
+  Half low;
+  Half high;
+
+  friend VOREL_LANES_METHOD TwoVectors operator+(const TwoVectors& a, const TwoVectors& b) {
+    return {a.low + b.low, a.high + b.high};
+  }
+  friend VOREL_LANES_METHOD TwoVectors operator-(const TwoVectors& a, const TwoVectors& b) {
+    return {a.low - b.low, a.high - b.high};
+  }
+  friend VOREL_LANES_METHOD TwoVectors operator*(const TwoVectors& a, const TwoVectors& b) {
+    return {a.low * b.low, a.high * b.high};
+  }
+  friend VOREL_LANES_METHOD TwoVectors operator+(double a, const TwoVectors& b) {
+    return {a + b.low, a + b.high};
+  }
+  friend VOREL_LANES_METHOD TwoVectors operator-(double a, const TwoVectors& b) {
+    return {a - b.low, a - b.high};
+  }
+  friend VOREL_LANES_METHOD TwoVectors operator*(double a, const TwoVectors& b) {
+    return {a * b.low, a * b.high};
+  }
+};
+
+/// The lanes of two vectors side by side.
+template <class Lanes>
+struct TwiceLanes {
+  using Half = typename Lanes::Doubles;
+  using Doubles = TwoVectors<Half>;
+  static constexpr std::size_t kCount = 2 * Lanes::kCount;
+
+  template <std::size_t kStride, class Point>
+  VOREL_LANES_INLINE Segments<Doubles> LoadSegments(const Point* points) {
+    const Segments<Half> low = Lanes::template LoadSegments<kStride>(points);
+    const Segments<Half> high = Lanes::template LoadSegments<kStride>(points + kStride * Lanes::kCount);
+    return {{low.longitudeDifference, high.longitudeDifference},
+            {low.latitudeDifference, high.latitudeDifference},
+            {low.latitudeSum, high.latitudeSum}};
+  }
+  VOREL_LANES_INLINE Doubles All(double value) { return {Lanes::All(value), Lanes::All(value)}; }
+  VOREL_LANES_INLINE bool AreBothWithin(const Doubles& a, double limitA, const Doubles& b, double limitB) {
+    return Lanes::InEach(
+        (Lanes::LessOrEqual(a.low, Lanes::All(limitA)) & Lanes::LessOrEqual(b.low, Lanes::All(limitB))) &
+        (Lanes::LessOrEqual(a.high, Lanes::All(limitA)) & Lanes::LessOrEqual(b.high, Lanes::All(limitB))));
+  }
+  VOREL_LANES_INLINE Doubles SquareRoot(const Doubles& value) {
+    return {Lanes::SquareRoot(value.low), Lanes::SquareRoot(value.high)};
+  }
+};
 
 /// Segment i runs from points[kStride * i] to the next point: 1 for a line, 2 for pairs.
 ///
@@ -101,6 +152,50 @@ VOREL_LANES_INLINE void ForEachLane(const typename Lanes::Doubles& lengths, std:
   }
 }
 
+// What is done with the length of a segment, one after the other.
+struct AddLane {
+  double sum;
+  VOREL_LANES_METHOD void operator()(std::size_t, double length) { sum = sum + length; }
+};
+struct AddAndStoreLane {
+  double sum;
+  double* next;
+  VOREL_LANES_METHOD void operator()(std::size_t, double length) {
+    sum = sum + length;
+    *next++ = sum;
+  }
+};
+
+// Two vectors side by side have four independent chains of operations in the loop. A processor looks ahead over little
+// more than one of them, so they must stand interleaved, which g++ does only when asked. It orders the instructions
+// otherwise and changes none.
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC push_options
+#pragma GCC optimize("schedule-insns", "sched-pressure")
+#endif
+
+/// Hands the lengths of a long row of segments to `useLane`, two vectors at a time, and ends as MeasureNearSegments does.
+/// Those that do not fill two vectors, at least one vector of them, are left.
+template <class Lanes, class Point, class UseLane>
+__attribute__((noinline)) std::size_t MeasureManyNearSegments(const Point* points, std::size_t segmentCount,
+                                                              UseLane& useLane) {
+  constexpr std::size_t kHalf = Lanes::kCount;
+  UseLane use = useLane;
+  const std::size_t measured = MeasureNearSegments<TwiceLanes<Lanes>>(
+      points, (segmentCount - kHalf) / (2 * kHalf) * (2 * kHalf),
+      [&use](std::size_t, std::size_t, const TwoVectors<typename Lanes::Doubles>& some) VOREL_LANES_LAMBDA {
+        for (std::size_t lane = 0; lane < kHalf; ++lane) use(lane, some.low[lane]);
+        for (std::size_t lane = 0; lane < kHalf; ++lane) use(lane, some.high[lane]);
+        return 2 * kHalf;
+      });
+  useLane = use;
+  return measured;
+}
+
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC pop_options
+#endif
+
 /// The functions of a SegmentKernel.
 template <class Lanes, class Point>
 class NearSegments {
@@ -115,31 +210,16 @@ class NearSegments {
   }
 
   static std::size_t AddLengths(const Point* points, std::size_t segmentCount, double& metres) {
-    double sum = metres;
-    const std::size_t measured = MeasureNearSegments<Lanes>(
-        points, segmentCount,
-        [&sum](std::size_t, std::size_t firstLane, const Doubles& some) VOREL_LANES_LAMBDA {
-          ForEachLane<Lanes>(some, firstLane,
-                             [&sum](std::size_t, double length) VOREL_LANES_LAMBDA { sum = sum + length; });
-          return Lanes::kCount;
-        });
-    metres = sum;
+    AddLane add{metres};
+    const std::size_t measured = UseInOrder(points, segmentCount, add);
+    metres = add.sum;
     return measured;
   }
 
   static std::size_t StoreSums(const Point* points, std::size_t segmentCount, double& metres, double* sums) {
-    double sum = metres;
-    const std::size_t measured = MeasureNearSegments<Lanes>(
-        points, segmentCount,
-        [&sum, sums](std::size_t i, std::size_t firstLane, const Doubles& some) VOREL_LANES_LAMBDA {
-          ForEachLane<Lanes>(some, firstLane,
-                             [&sum, sums, i](std::size_t lane, double length) VOREL_LANES_LAMBDA {
-                               sum = sum + length;
-                               sums[i + lane] = sum;
-                             });
-          return Lanes::kCount;
-        });
-    metres = sum;
+    AddAndStoreLane add{metres, sums};
+    const std::size_t measured = UseInOrder(points, segmentCount, add);
+    metres = add.sum;
     return measured;
   }
 
@@ -171,6 +251,27 @@ class NearSegments {
 
  private:
   using Doubles = typename Lanes::Doubles;
+  /// From here on two vectors side by side pay.
+  static constexpr std::size_t kManySegments = 32;
+
+  template <class UseLane>
+  VOREL_LANES_INLINE std::size_t UseInOrder(const Point* points, std::size_t segmentCount, UseLane& useLane) {
+    std::size_t many = 0;
+    if (segmentCount >= kManySegments) {
+      many = MeasureManyNearSegments<Lanes>(points, segmentCount, useLane);
+    }
+    UseLane use = useLane;
+    const std::size_t measured = MeasureNearSegments<Lanes>(
+        points + many, segmentCount - many,
+        [&use](std::size_t, std::size_t firstLane, const Doubles& some) VOREL_LANES_LAMBDA {
+          ForEachLane<Lanes>(some, firstLane, [&use](std::size_t lane, double length) VOREL_LANES_LAMBDA {
+            use(lane, length);
+          });
+          return Lanes::kCount;
+        });
+    useLane = use;
+    return many + measured;
+  }
 };
 
 template <class Lanes>
