@@ -37,6 +37,8 @@ bool IsTooShort(const Surroundings& surroundings, const tarvo::GeoCoordinate& st
 /// blocks. A block whose box is surely farther is passed over whole; of the others those segments are measured whose own
 /// bound leaves it open that they are nearer, that with the least bound first. To consider a segment twice changes nothing.
 /// Blocks out of reach of the bounds, with an invalid point or without, are measured segment by segment.
+///
+/// Its steps are kept out of line: they are too long to stand at each place that calls them.
 template <class Rules>
 class NearestSearch {
  public:
@@ -58,7 +60,7 @@ class NearestSearch {
   const Best& best() const { return best_; }
 
   /// Considers all segments, those whose blocks may be nearer than a usual range first.
-  void SearchAll() {
+  __attribute__((noinline)) void SearchAll() {
     const std::size_t segmentCount = line_.size() - 1 - first_;
     if (segmentCount <= kMeasuredAtOnce) {
       ConsiderEach(first_, segmentCount);
@@ -87,7 +89,7 @@ class NearestSearch {
 
   /// Considers the blocks whose bound exceeds a squared distance, and perhaps others. The one at the segment `nearest`
   /// comes first, so that few others can beat it.
-  void SearchBeyond(double squared, std::size_t nearest) {
+  __attribute__((noinline)) void SearchBeyond(double squared, std::size_t nearest) {
     const std::size_t count = CountOfBlock(nearest);
     Consider(nearest, count, BoxOfBlock(nearest, count));
     ForEachBlock([&](std::size_t i, std::size_t blockCount, const Box& box) {
@@ -120,7 +122,6 @@ class NearestSearch {
     }
   }
 
-  // This and ConsiderSegment are too long to stand at each place that calls them.
   __attribute__((noinline)) void Consider(std::size_t blockStart, std::size_t count, const Box& box) {
     const tarvo::GeoCoordinateZ* vertices = &line_[blockStart];
     if (!box.isInReach) {

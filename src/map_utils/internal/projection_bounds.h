@@ -107,7 +107,8 @@ class Surroundings {
 
   /// The box around `vertexCount` vertices, both coordinates at once. What LowerSquared says of the box around a segment
   /// holds of any box. Out of reach with an invalid vertex.
-  Box BoxAround(const tarvo::GeoCoordinateZ* vertices, std::size_t vertexCount) const {
+  __attribute__((noinline)) Box BoxAround(const tarvo::GeoCoordinateZ* vertices,
+                                          std::size_t vertexCount) const {
     TwoDoubles lowest = LoadPoint(vertices[0]);
     TwoDoubles highest = lowest;
     TwoDoubles sum = lowest;  // the least and the largest pass over NaN
