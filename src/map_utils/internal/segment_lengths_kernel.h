@@ -99,7 +99,6 @@ struct TwiceLanes {
             {low.latitudeDifference, high.latitudeDifference},
             {low.latitudeSum, high.latitudeSum}};
   }
-  VOREL_LANES_INLINE Doubles All(double value) { return {Lanes::All(value), Lanes::All(value)}; }
   VOREL_LANES_INLINE bool AreBothWithin(const Doubles& a, double limitA, const Doubles& b, double limitB) {
     return Lanes::InEach(
         (Lanes::LessOrEqual(a.low, Lanes::All(limitA)) & Lanes::LessOrEqual(b.low, Lanes::All(limitB))) &
@@ -140,30 +139,38 @@ VOREL_LANES_INLINE std::size_t MeasureNearSegments(const Point* points, std::siz
   return position + take(position, taken - position, Finish<Lanes>(current));
 }
 
-/// Calls use(lane, length) for the lanes from `firstLane` on, in order. The usual first lane 0 costs no detour.
+/// Calls use(length) for the lanes from `firstLane` on, in order. The usual first lane 0 costs no detour.
 template <class Lanes, class Use>
-VOREL_LANES_INLINE void ForEachLane(const typename Lanes::Doubles& lengths, std::size_t firstLane, Use use) {
+VOREL_LANES_INLINE void ForEachLane(const typename Lanes::Doubles& lengths, std::size_t firstLane, Use& use) {
   if (firstLane == 0) {
-    for (std::size_t lane = 0; lane < Lanes::kCount; ++lane) use(lane, lengths[lane]);
+    for (std::size_t lane = 0; lane < Lanes::kCount; ++lane) use(lengths[lane]);
   } else {
     double stored[Lanes::kCount];
     __builtin_memcpy(stored, &lengths, sizeof lengths);
-    for (std::size_t lane = firstLane; lane < Lanes::kCount; ++lane) use(lane, stored[lane]);
+    for (std::size_t lane = firstLane; lane < Lanes::kCount; ++lane) use(stored[lane]);
   }
 }
 
-// What is done with the length of a segment, one after the other.
-struct AddLane {
+// What is done with the lengths, one after the other. Two vectors of them count only if they may be taken in the end.
+struct AddLength {
   double sum;
-  VOREL_LANES_METHOD void operator()(std::size_t, double length) { sum = sum + length; }
+  VOREL_LANES_METHOD void operator()(double length) { sum = sum + length; }
+  VOREL_LANES_METHOD bool MayBeTaken() const { return true; }
 };
-struct AddAndStoreLane {
+struct AddBelowLimit {
+  double sum;
+  double limit;
+  VOREL_LANES_METHOD void operator()(double length) { sum = sum + length; }
+  VOREL_LANES_METHOD bool MayBeTaken() const { return limit > sum; }
+};
+struct AddAndStoreSum {
   double sum;
   double* next;
-  VOREL_LANES_METHOD void operator()(std::size_t, double length) {
+  VOREL_LANES_METHOD void operator()(double length) {
     sum = sum + length;
     *next++ = sum;
   }
+  VOREL_LANES_METHOD bool MayBeTaken() const { return true; }
 };
 
 // Two vectors side by side have four independent chains of operations in the loop. A processor looks ahead over little
@@ -174,21 +181,24 @@ struct AddAndStoreLane {
 #pragma GCC optimize("schedule-insns", "sched-pressure")
 #endif
 
-/// Hands the lengths of a long row of segments to `useLane`, two vectors at a time, and ends as MeasureNearSegments does.
+/// Hands the lengths of a long row of segments to `use`, two vectors at a time, and ends as MeasureNearSegments does.
 /// Those that do not fill two vectors, at least one vector of them, are left.
-template <class Lanes, class Point, class UseLane>
+template <class Lanes, class Point, class Use>
 __attribute__((noinline)) std::size_t MeasureManyNearSegments(const Point* points, std::size_t segmentCount,
-                                                              UseLane& useLane) {
+                                                              Use& use) {
   constexpr std::size_t kHalf = Lanes::kCount;
-  UseLane use = useLane;
+  Use own = use;  // in registers
   const std::size_t measured = MeasureNearSegments<TwiceLanes<Lanes>>(
       points, (segmentCount - kHalf) / (2 * kHalf) * (2 * kHalf),
-      [&use](std::size_t, std::size_t, const TwoVectors<typename Lanes::Doubles>& some) VOREL_LANES_LAMBDA {
-        for (std::size_t lane = 0; lane < kHalf; ++lane) use(lane, some.low[lane]);
-        for (std::size_t lane = 0; lane < kHalf; ++lane) use(lane, some.high[lane]);
+      [&own](std::size_t, std::size_t, const TwoVectors<typename Lanes::Doubles>& some) VOREL_LANES_LAMBDA {
+        Use next = own;
+        ForEachLane<Lanes>(some.low, 0, next);
+        ForEachLane<Lanes>(some.high, 0, next);
+        if (!next.MayBeTaken()) return std::size_t{0};
+        own = next;
         return 2 * kHalf;
       });
-  useLane = use;
+  use = own;
   return measured;
 }
 
@@ -210,32 +220,35 @@ class NearSegments {
   }
 
   static std::size_t AddLengths(const Point* points, std::size_t segmentCount, double& metres) {
-    AddLane add{metres};
+    AddLength add{metres};
     const std::size_t measured = UseInOrder(points, segmentCount, add);
     metres = add.sum;
     return measured;
   }
 
   static std::size_t StoreSums(const Point* points, std::size_t segmentCount, double& metres, double* sums) {
-    AddAndStoreLane add{metres, sums};
+    AddAndStoreSum add{metres, sums};
     const std::size_t measured = UseInOrder(points, segmentCount, add);
     metres = add.sum;
     return measured;
   }
 
   /// The sums never decrease, for no length is negative and rounding keeps the order: while the last one of a vector is
-  /// below the limit, so are those before it, and one comparison per vector decides what one per segment would.
+  /// below the limit, so are those before it, and one comparison per vector decides what one per segment would. Two
+  /// vectors side by side that come to the limit are measured again one by one.
   static std::size_t WalkBelow(const Point* points, std::size_t segmentCount, double limit,
                                LimitedWalk& walk) {
-    double reached = walk.metres;
+    AddBelowLimit begun{walk.metres, limit};
+    std::size_t many = 0;
+    if (segmentCount >= kManySegments) many = MeasureManyNearSegments<Lanes>(points, segmentCount, begun);
+    double reached = begun.sum;
     const std::size_t measured = MeasureNearSegments<Lanes>(
-        points, segmentCount,
+        points + many, segmentCount - many,
         [&](std::size_t, std::size_t firstLane, const Doubles& some) VOREL_LANES_LAMBDA {
-          double sum = reached;
-          ForEachLane<Lanes>(some, firstLane,
-                             [&sum](std::size_t, double length) VOREL_LANES_LAMBDA { sum = sum + length; });
-          if (limit > sum) {
-            reached = sum;
+          AddLength add{reached};
+          ForEachLane<Lanes>(some, firstLane, add);
+          if (limit > add.sum) {
+            reached = add.sum;
             return Lanes::kCount;
           }
           double lengths[Lanes::kCount];
@@ -246,7 +259,7 @@ class NearSegments {
           return lane;
         });
     walk.metres = reached;
-    return measured;
+    return many + measured;
   }
 
  private:
@@ -254,23 +267,16 @@ class NearSegments {
   /// From here on two vectors side by side pay.
   static constexpr std::size_t kManySegments = 32;
 
-  template <class UseLane>
-  VOREL_LANES_INLINE std::size_t UseInOrder(const Point* points, std::size_t segmentCount, UseLane& useLane) {
+  template <class Use>
+  VOREL_LANES_INLINE std::size_t UseInOrder(const Point* points, std::size_t segmentCount, Use& use) {
     std::size_t many = 0;
-    if (segmentCount >= kManySegments) {
-      many = MeasureManyNearSegments<Lanes>(points, segmentCount, useLane);
-    }
-    UseLane use = useLane;
-    const std::size_t measured = MeasureNearSegments<Lanes>(
-        points + many, segmentCount - many,
-        [&use](std::size_t, std::size_t firstLane, const Doubles& some) VOREL_LANES_LAMBDA {
-          ForEachLane<Lanes>(some, firstLane, [&use](std::size_t lane, double length) VOREL_LANES_LAMBDA {
-            use(lane, length);
-          });
-          return Lanes::kCount;
-        });
-    useLane = use;
-    return many + measured;
+    if (segmentCount >= kManySegments) many = MeasureManyNearSegments<Lanes>(points, segmentCount, use);
+    return many + MeasureNearSegments<Lanes>(points + many, segmentCount - many,
+                                             [&use](std::size_t, std::size_t firstLane, const Doubles& some)
+                                                 VOREL_LANES_LAMBDA {
+                                                   ForEachLane<Lanes>(some, firstLane, use);
+                                                   return Lanes::kCount;
+                                                 });
   }
 };
 
