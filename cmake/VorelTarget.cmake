@@ -28,6 +28,14 @@ function(vorel_library name)
   if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
     target_compile_options(${target} PRIVATE -fno-math-errno)  # square roots without a call; changes no result
   endif()
+  if(VOREL_COVERAGE)
+    if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+      message(FATAL_ERROR "VOREL_COVERAGE needs g++: gcov reads no other compiler's counts")
+    endif()
+    # So little optimised that each branch of the source is one of the program; counted right with threads.
+    target_compile_options(${target} PRIVATE --coverage -Og -fprofile-update=atomic)
+    target_link_options(${target} PUBLIC --coverage)
+  endif()
   target_include_directories(${target} PUBLIC
     $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
     $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/src>

@@ -166,4 +166,9 @@ TEST_P(IsPointInPolygonInLanes, AgreesAtTheEdgesOfTheTolerance) {
   }
 }
 
+TEST(PolygonForms, AreFoundByTheirLanes) {
+  for (const std::size_t lanes : {0u, 1u, 3u, 5u, 8u})
+    EXPECT_EQ(vorel::internal::FindLocateInPolygon(lanes), nullptr);
+}
+
 }  // namespace

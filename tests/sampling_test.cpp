@@ -545,6 +545,24 @@ TEST(CalcPointsInPolyline, AllocatesNothingWhenTheOutputHasTheRoom) {
   EXPECT_EQ(out.size(), count);
 }
 
+// Each way to place a sample reaches the limit, and goes on without one: on a vertex by whole segments, and within one.
+TEST(CalcPointsInPolyline, EachKindOfSampleMayBeTheLastWanted) {
+  const Line line{{7.5, 47.5}, {7.501, 47.5}, {7.502, 47.5}, {7.503, 47.5}};
+  const double segment = line[0].DistanceTo(line[1]);
+  for (const double interval : {segment, 0.75 * segment}) {
+    Line whole;
+    EXPECT_TRUE(VorelGeometryAlgorithm::CalcPointsInPolyline(line, interval, 0, whole));
+    ASSERT_GE(whole.size(), 3u);
+    for (std::size_t limit = 1; limit <= whole.size() + 1; ++limit) {
+      Line out;
+      EXPECT_EQ(VorelGeometryAlgorithm::CalcPointsInPolyline(line, interval, static_cast<int>(limit), out),
+                limit > whole.size());
+      EXPECT_TRUE(SameBits(out, Line(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(
+                                                                        std::min(limit, whole.size())))));
+    }
+  }
+}
+
 class TinyInterval : public testing::TestWithParam<double> {};
 
 TEST_P(TinyInterval, EndsAtTheLimit) {
