@@ -32,7 +32,7 @@ if [ -z "$compiler" ]; then
   done
 fi
 if [ -z "$compiler" ]; then
-  scripts/install_packages.sh clang
+  scripts/install_packages.sh clang libclang-rt-dev
   compiler=clang++
 fi
 

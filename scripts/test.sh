@@ -59,14 +59,14 @@ counts() {
 }
 
 build_tsan() {
-  configure tsan -DCMAKE_CXX_COMPILER=clang++
+  configure tsan
   build tsan --target "${threaded[@]/%/_test}"
 }
 
-packages=(g++ clang cmake ninja-build pkg-config python3 libgtest-dev libgmock-dev libcli11-dev libsimdjson-dev libpugixml-dev
+packages=(g++ clang clang-format cmake ninja-build pkg-config python3 libgtest-dev libgmock-dev libcli11-dev libsimdjson-dev libpugixml-dev
   nlohmann-json3-dev libgeographiclib-dev librsvg2-bin)
 if $full; then
-  packages+=(googletest g++-aarch64-linux-gnu qemu-user cppcheck clang-tidy python3-mpmath python3-sympy)
+  packages+=(googletest libclang-rt-dev g++-aarch64-linux-gnu qemu-user cppcheck clang-tidy python3-mpmath python3-sympy)
 fi
 stage "Packages" scripts/install_packages.sh "${packages[@]}"
 
