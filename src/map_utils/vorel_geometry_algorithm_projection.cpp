@@ -10,56 +10,31 @@
 #include "base/geodesy/wgs84.h"
 #include "map_utils/internal/distance_bounds.h"
 #include "map_utils/internal/interpolation.h"
-#include "map_utils/internal/near_bearing.h"
+#include "map_utils/internal/nearest_search.h"
+#include "map_utils/internal/projection_bounds.h"
 
 namespace vorel {
 
 using tarvo::GeoCoordinate;
 using tarvo::GeoCoordinateZ;
 using tarvo::geodesy::kPi;
-using tarvo::geodesy::kRadiansPerDegree;
 
 namespace {
 
-/// Where a position falls along a segment, before any clamp.
-struct Projection {
-  int code;           // -1 before the segment's first point, 0 within, 1 beyond its second point
-  double ratio;       // of the way from the first point to the second
-  bool isDegenerate;  // the segment is too short to tell; code and ratio are 0
-};
+using internal::Answer;
+using internal::Best;
+using internal::Box;
+using internal::DistanceToSegment;
+using internal::IsTooShort;
+using internal::LongitudeScale;
+using internal::Offset;
+using internal::Projection;
+using internal::ProjectOntoSegment;
+using internal::Surroundings;
 
 bool IsNoPosition(const GeoCoordinate& pos) {
   return pos.longitude == 0.0 && pos.latitude == 0.0;
 }
-
-/// By how much a difference of longitudes shrinks on the local plane of a projection.
-double LongitudeScale(const GeoCoordinate& pos) {
-  return std::cos(pos.latitude / 180.0 * kPi);
-}
-
-/// `scale` is LongitudeScale(pos), passed in so that a walk along a line computes it once.
-Projection ProjectOntoSegment(const GeoCoordinate& start, const GeoCoordinate& end, const GeoCoordinate& pos,
-                              double scale) {
-  constexpr double kShortestSquaredLength = 1e-13;  // square degrees; a length of some 3 cm
-  const double alongLongitude = (end.longitude - start.longitude) * scale;
-  const double alongLatitude = end.latitude - start.latitude;
-  const double squaredLength = alongLongitude * alongLongitude + alongLatitude * alongLatitude;
-  if (kShortestSquaredLength > squaredLength) return {0, 0.0, true};
-  const double ratio = (alongLongitude * (scale * (pos.longitude - start.longitude)) +
-                        (pos.latitude - start.latitude) * alongLatitude) /
-                       squaredLength;
-  return {ratio < 0.0 ? -1 : (ratio > 1.0 ? 1 : 0), ratio, false};
-}
-
-/// Metres from `pos` to the point at the clamped `ratio` of a segment.
-double DistanceToSegment(const GeoCoordinate& start, const GeoCoordinate& end, double ratio,
-                         const GeoCoordinate& pos) {
-  const GeoCoordinate closest(start.longitude + ratio * (end.longitude - start.longitude),
-                              start.latitude + ratio * (end.latitude - start.latitude));
-  return tarvo::geodesy::Distance(closest, pos);
-}
-
-constexpr double kShortestHeadingBase = 0.5;  // metres
 
 /// Whether the line runs, from its point `index` on, on `heading`. Its direction there is measured over more than half
 /// a metre, for shorter steps of a digitised line point anywhere; a line that ends before that matches itself.
@@ -67,7 +42,7 @@ bool HeadingMatches(const std::vector<GeoCoordinateZ>& line, std::size_t index, 
                     double headingTolerance) {
   double segmentHeading = heading;
   for (std::size_t k = index + 1; k < line.size(); ++k) {
-    if (tarvo::geodesy::Distance(line[index], line[k]) > kShortestHeadingBase) {
+    if (tarvo::geodesy::Distance(line[index], line[k]) > internal::kShortestHeadingBase) {
       segmentHeading = tarvo::kx::GeoUtils::GetRadianNorth(line[index], line[k]) / kPi * 180.0;
       break;
     }
@@ -75,121 +50,6 @@ bool HeadingMatches(const std::vector<GeoCoordinateZ>& line, std::size_t index, 
   const double difference = std::fabs(segmentHeading - heading);
   return headingTolerance > difference || difference > 360.0 - headingTolerance;
 }
-
-/// A vertex of a line as seen from the position, degrees.
-struct Offset {
-  double longitude;
-  double latitude;
-  bool isInReach;  // of the bounds; false for NaN
-};
-
-enum class Answer { kNo, kYes, kUnknown };
-
-/// Cheap bounds of the distances about the position of a walk or a scan.
-class Surroundings {
- public:
-  /// @param scale  LongitudeScale(pos)
-  Surroundings(const GeoCoordinate& pos, double scale)
-      : pos_(pos),
-        bounds_(scale),
-        cosLatitude_(scale),
-        // A position that cannot be a centre has nothing in reach.
-        reach_(internal::LocalDistanceBounds::CanBeCentre(pos) ? internal::LocalDistanceBounds::kReach
-                                                               : -1.0) {}
-
-  Offset OffsetOf(const GeoCoordinate& vertex) const {
-    const double longitude = vertex.longitude - pos_.longitude;
-    const double latitude = vertex.latitude - pos_.latitude;
-    const bool isInReach = (std::fabs(longitude) <= reach_) & (std::fabs(latitude) <= reach_);
-    return {longitude, latitude, isInReach};
-  }
-
-  // The next two bound the distance of the position to every point of a segment in reach, by the nearest and the
-  // farthest point of the box around it: whatever the projection and its roundings make of the closest point.
-
-  double LowerSquared(const Offset& start, const Offset& end) const {
-    const double reach = Larger(Larger(std::fabs(start.latitude), std::fabs(end.latitude)),
-                                Larger(std::fabs(start.longitude), std::fabs(end.longitude)));
-    return bounds_.LowerSquared(LeastSize(start.latitude, end.latitude),
-                                LeastSize(start.longitude, end.longitude), reach);
-  }
-
-  double UpperSquared(const Offset& start, const Offset& end) const {
-    return bounds_.UpperSquared(Larger(std::fabs(start.latitude), std::fabs(end.latitude)),
-                                Larger(std::fabs(start.longitude), std::fabs(end.longitude)));
-  }
-
-  /// Whether the segment is shorter than `metres`: what its `Distance` says, which is rarely asked.
-  bool IsShorterThan(double metres, const GeoCoordinate& start, const GeoCoordinate& end,
-                     const Offset& startOffset, const Offset& endOffset) const {
-    const bool isSurelyLonger = startOffset.isInReach && endOffset.isInReach &&
-                                bounds_.LowerSquared(endOffset.latitude - startOffset.latitude,
-                                                     endOffset.longitude - startOffset.longitude) >
-                                    internal::LocalDistanceBounds::SquareToExceed(metres);
-    return !isSurelyLonger && tarvo::geodesy::Distance(start, end) < metres;
-  }
-
-  /// What HeadingMatches says of a segment in reach, where a cheap bearing of that segment tells for sure.
-  ///
-  /// The sine and cosine at the segment's points come from the position's by two terms of Taylor's series, with errors
-  /// below 1.1e-7, or a relative 6.4e-6 at 89 degrees. They turn the bearing by less than 7e-6, the two ways to
-  /// subtract longitudes in radians by less than 2e-8 for half a metre: together less than 0.001 degree.
-  Answer MatchesHeading(double heading, double headingTolerance, const Offset& start,
-                        const Offset& end) const {
-    constexpr double kRoom = 0.002;          // degrees
-    constexpr double kLargestHeading = 1e6;  // degrees; differences from it round by far less than the room
-    constexpr double kLargestError = 1e-5;   // radians
-    const double longitudes = end.longitude - start.longitude;
-    const bool isBase = bounds_.LowerSquared(end.latitude - start.latitude, longitudes) >
-                        internal::LocalDistanceBounds::SquareToExceed(kShortestHeadingBase);
-    if (!isBase || !(std::fabs(heading) <= kLargestHeading)) return Answer::kUnknown;
-    const double sinLatitude = std::copysign(std::sqrt(1.0 - cosLatitude_ * cosLatitude_), pos_.latitude);
-    const double toStart = start.latitude * kRadiansPerDegree;
-    const double toEnd = end.latitude * kRadiansPerDegree;
-    const internal::NearBearing bearing = internal::NearBearingBetween(
-        toStart + pos_.latitude * kRadiansPerDegree, toEnd + pos_.latitude * kRadiansPerDegree,
-        longitudes * kRadiansPerDegree,
-        sinLatitude + cosLatitude_ * toStart - 0.5 * sinLatitude * (toStart * toStart),
-        cosLatitude_ - sinLatitude * toEnd - 0.5 * cosLatitude_ * (toEnd * toEnd));
-    if (!(bearing.error <= kLargestError)) return Answer::kUnknown;
-    const double degrees = bearing.radians / kRadiansPerDegree;
-    const double segmentHeading = degrees < 0.0 ? degrees + 360.0 : degrees;
-    // It may be 0 as well as almost 360.
-    if (!(segmentHeading > kRoom && segmentHeading < 360.0 - kRoom)) return Answer::kUnknown;
-    const double difference = std::fabs(segmentHeading - heading);
-    if (headingTolerance > difference + kRoom || difference - kRoom > 360.0 - headingTolerance) {
-      return Answer::kYes;
-    }
-    if (headingTolerance <= difference - kRoom && difference + kRoom <= 360.0 - headingTolerance) {
-      return Answer::kNo;
-    }
-    return Answer::kUnknown;
-  }
-
- private:
-  /// The least size of any value between the two.
-  static double LeastSize(double a, double b) {
-    // Negative where 0 lies between them.
-    const double outside = Larger(Smaller(a, b), -Larger(a, b));
-    return Larger(outside, 0.0);
-  }
-
-  // As one machine instruction: std::max returns a reference, which compilers are slower to see through.
-  static double Larger(double a, double b) { return a < b ? b : a; }
-  static double Smaller(double a, double b) { return b < a ? b : a; }
-
-  GeoCoordinate pos_;
-  internal::LocalDistanceBounds bounds_;
-  double cosLatitude_;
-  double reach_;
-};
-
-/// The best segment of a scan so far.
-struct Best {
-  int index;
-  double ratio;
-  double distance;  // metres
-};
 
 /// What tells `ProjectionPosToLinesDistance` from the scan with headings.
 struct NearestSegment {
@@ -226,15 +86,13 @@ struct NearestSegmentOnHeading {
 /// Both scans. Their rules, plainly: segment by segment, skip a short one, project, measure, accept, become the best, or
 /// count as far; at the end report the best. Most segments are spared the projection and both distances:
 ///
+/// - A scan that neither an accepted segment nor far ones can end is a search for the nearest.
 /// - One that is surely farther than `acceptDistance` and `maxDistance` is not accepted. Once a best in range is known, it
 ///   counts as far, unless it is short, and cannot become the best. Before that it counts as nothing, and could be the
-///   best only of a scan that finds none in range: it is put off, and looked at when the scan ends like that.
+///   best only of a scan that finds none in range: it is put off, and searched when the scan ends like that. Whole blocks
+///   are put off at once.
 /// - One that is surely farther than the best and than `acceptDistance` can only count as far, and it does not if it is
 ///   surely in range.
-///
-/// The segments put off are then searched for the nearest, that with the least bound first, so that few others can beat
-/// it. Order matters no more but for equal distances, of which the first segment wins: nothing counts as far without a
-/// best in range, and the running best of the plain scan ends at the least distance whichever way it came there.
 ///
 /// "Surely" is LocalDistanceBounds' word: it compares as the measured distance would. Segments that it does not reach,
 /// all invalid ones among them, take the plain way.
@@ -243,6 +101,7 @@ bool ScanSegments(const Rules& rules, const GeoCoordinateZ& pos, const std::vect
                   int& startIndex, int& resultIndex, double& ratio, double acceptDistance, double maxDistance,
                   int maxFarSegments) {
   using Bounds = internal::LocalDistanceBounds;
+  using Search = internal::NearestSearch<Rules>;
   if (IsNoPosition(pos) || line.empty()) return false;
   Best best{startIndex, 0.0, Rules::kNothingFound};
   const std::size_t segmentCount = line.size() - 1;
@@ -251,94 +110,101 @@ bool ScanSegments(const Rules& rules, const GeoCoordinateZ& pos, const std::vect
   if (first < segmentCount) {
     const double scale = LongitudeScale(pos);
     const Surroundings surroundings(pos, scale);
-    const auto isTooShort = [&](std::size_t i, const Offset& start, const Offset& end) {
-      return Rules::kShortestSegment > 0.0 &&
-             surroundings.IsShorterThan(Rules::kShortestSegment, line[i], line[i + 1], start, end);
-    };
-    // With so many segments tolerated the scan runs to the end whatever counts as far, and the range plays no part in
-    // what may be put off: as little as finds a position on the line in one pass.
-    constexpr double kUsualRange = 10.0;  // metres
     const bool canFarSegmentsEndScan =
         maxFarSegments < 0 || static_cast<std::size_t>(maxFarSegments) < segmentCount - first;
-    const double accept = acceptDistance > 0.0 ? acceptDistance : 0.0;  // also for NaN
-    double putOffBeyond = maxDistance > 0.0 ? maxDistance : 0.0;
-    if (!canFarSegmentsEndScan && putOffBeyond > kUsualRange) putOffBeyond = kUsualRange;
-    if (putOffBeyond < accept) putOffBeyond = accept;
-    const double putOffBeyondSquared = Bounds::SquareToExceed(putOffBeyond);
-    const double inRangeSquared = Bounds::SquareToStayBelow(maxDistance);
-    double notBestBeyondSquared = Bounds::SquareToExceed(best.distance);
-
-    double leastPutOffSquared = std::numeric_limits<double>::infinity();
-    std::size_t leastPutOff = first;
-    int farCount = 0;
-    Offset start = surroundings.OffsetOf(line[first]);
-    Offset end = start;
-    for (std::size_t i = first; i < segmentCount; ++i, start = end) {
-      end = surroundings.OffsetOf(line[i + 1]);
-      if (start.isInReach & end.isInReach && !(Rules::kRecordsFirstSegment && i == first)) {
-        const double lowerSquared = surroundings.LowerSquared(start, end);
-        const bool mayCountAsFar = canFarSegmentsEndScan && maxDistance > best.distance;
-        if (lowerSquared > putOffBeyondSquared) {
-          if (!mayCountAsFar) {
-            if (lowerSquared < leastPutOffSquared) {
-              leastPutOffSquared = lowerSquared;
-              leastPutOff = i;
-            }
-          } else if (!isTooShort(i, start, end)) {
-            if (farCount >= maxFarSegments) break;
-            ++farCount;
-          }
-          continue;
-        }
-        if (lowerSquared > notBestBeyondSquared &&
-            (!mayCountAsFar || surroundings.UpperSquared(start, end) < inRangeSquared)) {
-          continue;
-        }
-      }
-      if (isTooShort(i, start, end)) continue;
-      const Projection projection = ProjectOntoSegment(line[i], line[i + 1], pos, scale);
-      const double clampedRatio = internal::ClampRatio(projection.ratio);
-      const double distance = DistanceToSegment(line[i], line[i + 1], clampedRatio, pos);
-      // Deliberate: an early accept does not ask for the heading.
-      if (projection.code == 0 && acceptDistance > distance) {
-        startIndex = static_cast<int>(i);
-        resultIndex = static_cast<int>(i);
-        ratio = clampedRatio;
-        return true;
-      }
-      // Deliberate: the first segment scanned with headings is not asked for its own.
-      const bool isNewBest = (Rules::kRecordsFirstSegment && best.distance == Rules::kNothingFound) ||
-                             (best.distance > distance && rules.IsEligible(surroundings, i, start, end));
-      if (isNewBest) {
-        best = {static_cast<int>(i), clampedRatio, distance};
-        notBestBeyondSquared = Bounds::SquareToExceed(distance < accept ? accept : distance);
-      } else if (maxDistance > best.distance && distance > maxDistance) {
-        if (farCount >= maxFarSegments) break;
-        ++farCount;
-      }
-    }
-
-    const bool isAnyPutOff = leastPutOffSquared < std::numeric_limits<double>::infinity();
-    if (isAnyPutOff && best.distance > putOffBeyond) {
-      const auto consider = [&](std::size_t i, const Offset& from, const Offset& to) {
-        if (isTooShort(i, from, to) || !rules.IsEligible(surroundings, i, from, to)) return;
+    if (!canFarSegmentsEndScan && !(acceptDistance > 0.0)) {
+      std::size_t next = first;
+      if (Rules::kRecordsFirstSegment) {
         const double clampedRatio =
-            internal::ClampRatio(ProjectOntoSegment(line[i], line[i + 1], pos, scale).ratio);
-        const double distance = DistanceToSegment(line[i], line[i + 1], clampedRatio, pos);
-        const int index = static_cast<int>(i);
-        const bool isNearer = best.distance > distance || (best.distance == distance && best.index > index);
-        if (isNearer) best = {index, clampedRatio, distance};
-      };
-      consider(leastPutOff, surroundings.OffsetOf(line[leastPutOff]),
-               surroundings.OffsetOf(line[leastPutOff + 1]));
-      start = surroundings.OffsetOf(line[first]);
-      for (std::size_t i = first; i < segmentCount; ++i, start = end) {
-        end = surroundings.OffsetOf(line[i + 1]);
-        if (!(start.isInReach & end.isInReach) || (Rules::kRecordsFirstSegment && i == first)) continue;
-        const double lowerSquared = surroundings.LowerSquared(start, end);
-        if (lowerSquared > putOffBeyondSquared && !(lowerSquared > Bounds::SquareToExceed(best.distance))) {
-          consider(i, start, end);
+            internal::ClampRatio(ProjectOntoSegment(line[first], line[first + 1], pos, scale).ratio);
+        best = {startIndex, clampedRatio, DistanceToSegment(line[first], line[first + 1], clampedRatio, pos)};
+        ++next;
+      }
+      Search search(rules, surroundings, pos, scale, line, next, best);
+      search.SearchAll();
+      best = search.best();
+    } else {
+      const double accept = acceptDistance > 0.0 ? acceptDistance : 0.0;  // also for NaN
+      double putOffBeyond = maxDistance > 0.0 ? maxDistance : 0.0;
+      if (putOffBeyond < accept) putOffBeyond = accept;
+      const double putOffBeyondSquared = Bounds::SquareToExceed(putOffBeyond);
+      const double inRangeSquared = Bounds::SquareToStayBelow(maxDistance);
+      double notBestBeyondSquared = Bounds::SquareToExceed(best.distance);
+
+      double leastPutOffSquared = std::numeric_limits<double>::infinity();
+      std::size_t leastPutOff = first;
+      const auto putOff = [&](std::size_t i, double lowerSquared) {
+        if (lowerSquared < leastPutOffSquared) {
+          leastPutOffSquared = lowerSquared;
+          leastPutOff = i;
         }
+      };
+      int farCount = 0;
+      // A short line is sooner walked than looked at by blocks.
+      std::size_t nextBlock = segmentCount - first > 2 * Search::kBlock
+                                  ? first + (Rules::kRecordsFirstSegment ? 1 : 0)
+                                  : segmentCount;
+      Offset start = surroundings.OffsetOf(line[first]);
+      Offset end = start;
+      for (std::size_t i = first; i < segmentCount; ++i, start = end) {
+        const bool mayCountAsFar = canFarSegmentsEndScan && maxDistance > best.distance;
+        if (i == nextBlock) {
+          while (!mayCountAsFar && i + Search::kBlock <= segmentCount) {
+            const Box box = surroundings.BoxAround(&line[i], Search::kBlock + 1);
+            if (!(box.lowerSquared > putOffBeyondSquared)) break;
+            putOff(i, box.lowerSquared);
+            i += Search::kBlock;
+          }
+          if (i >= segmentCount) break;
+          if (i > nextBlock) start = surroundings.OffsetOf(line[i]);
+          nextBlock = i + Search::kBlock;
+        }
+        end = surroundings.OffsetOf(line[i + 1]);
+        if (start.isInReach & end.isInReach && !(Rules::kRecordsFirstSegment && i == first)) {
+          const double lowerSquared = surroundings.LowerSquared(start, end);
+          if (lowerSquared > putOffBeyondSquared) {
+            if (!mayCountAsFar) {
+              putOff(i, lowerSquared);
+            } else if (!IsTooShort<Rules>(surroundings, line[i], line[i + 1], start, end)) {
+              if (farCount >= maxFarSegments) break;
+              ++farCount;
+            }
+            continue;
+          }
+          if (lowerSquared > notBestBeyondSquared &&
+              (!mayCountAsFar || surroundings.UpperSquared(start, end) < inRangeSquared)) {
+            continue;
+          }
+        }
+        if (IsTooShort<Rules>(surroundings, line[i], line[i + 1], start, end)) continue;
+        const Projection projection = ProjectOntoSegment(line[i], line[i + 1], pos, scale);
+        const double clampedRatio = internal::ClampRatio(projection.ratio);
+        const double distance = DistanceToSegment(line[i], line[i + 1], clampedRatio, pos);
+        // Deliberate: an early accept does not ask for the heading.
+        if (projection.code == 0 && acceptDistance > distance) {
+          startIndex = static_cast<int>(i);
+          resultIndex = static_cast<int>(i);
+          ratio = clampedRatio;
+          return true;
+        }
+        // Deliberate: the first segment scanned with headings is not asked for its own.
+        const bool isNewBest = (Rules::kRecordsFirstSegment && best.distance == Rules::kNothingFound) ||
+                               (best.distance > distance && rules.IsEligible(surroundings, i, start, end));
+        if (isNewBest) {
+          best = {static_cast<int>(i), clampedRatio, distance};
+          notBestBeyondSquared = Bounds::SquareToExceed(distance < accept ? accept : distance);
+        } else if (maxDistance > best.distance && distance > maxDistance) {
+          if (farCount >= maxFarSegments) break;
+          ++farCount;
+        }
+      }
+
+      const bool isAnyPutOff = leastPutOffSquared < std::numeric_limits<double>::infinity();
+      if (isAnyPutOff && best.distance > putOffBeyond) {
+        Search search(rules, surroundings, pos, scale, line, first, best);
+        // What was measured already is considered once more, and changes nothing.
+        search.SearchBeyond(-1.0, leastPutOff);
+        best = search.best();
       }
     }
   }
