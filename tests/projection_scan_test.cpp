@@ -155,7 +155,10 @@ LineZ GridLine(Numbers& numbers, const GeoCoordinateZ& place, double step, std::
     }
     line.push_back(point);
   }
-  if (numbers.Below(3) == 0) line.insert(line.end(), line.rbegin(), line.rend());  // every segment twice
+  if (numbers.Below(3) == 0) {  // every segment twice
+    const LineZ back(line.rbegin(), line.rend());
+    line.insert(line.end(), back.begin(), back.end());
+  }
   return line;
 }
 
@@ -221,7 +224,10 @@ TEST(ProjectionScan, LanesPassedInBothDirections) {
       point.longitude += 6.7e-5 * std::sin(heading);
       point.latitude += 4.5e-5 * std::cos(heading);
     }
-    if (run % 2 == 0) line.insert(line.end(), line.rbegin(), line.rend());
+    if (run % 2 == 0) {
+      const LineZ back(line.rbegin(), line.rend());
+      line.insert(line.end(), back.begin(), back.end());
+    }
     for (int question = 0; question < 6; ++question) {
       const GeoCoordinateZ& near = line[numbers.Below(line.size())];
       ASSERT_TRUE(IsAsThePlainScans(line, AnyQuestion(numbers, line, near, 1e-4))) << "run " << run;

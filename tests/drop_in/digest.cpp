@@ -1,72 +1,36 @@
 // Prints one line per function of the library: a digest of the bits of its results over a fixed set of inputs. Two
 // builds of the library agree when they print the same. "exact" marks functions that use only + - * / sqrt, which must
 // agree on every machine; "libm" marks those that call the standard math library, which must agree wherever that
-// library is the same. An argument says how many segments of a line are measured at a time (1, 2 or 4).
+// library is the same. Usage: digest [--lanes COUNT] [--raw FILE]
+//   COUNT  how many segments of a line, and how many edges of a polygon, are taken at a time: 1, 2 or 4
+//   FILE   is written with all results, for a comparison value by value
 
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <random>
 #include <string>
 #include <vector>
 
+#include "base/coordinate_util.h"
+#include "base/geo_utils.h"
+#include "drop_in/digest.h"
+#include "map_utils/internal/polygon.h"
 #include "map_utils/internal/segment_lengths.h"
 #include "map_utils/vorel_geometry_algorithm.h"
 #include "support/lines.h"
 
 namespace {
 
+using dropin::Digest;
+using dropin::Unit;
 using tarvo::GeoCoordinate;
 using tarvo::GeoCoordinateZ;
 using tarvo::Rect;
 using testsupport::Line;
 using testsupport::LineZ;
 using Algorithm = vorel::VorelGeometryAlgorithm;
-
-/// FNV-1a over the bits of everything added; all NaNs count as one value.
-class Digest {
- public:
-  Digest(const char* kind, const char* function) : kind_(kind), function_(function) {}
-  ~Digest() { std::printf("%-5s %-40s %016llx\n", kind_, function_, static_cast<unsigned long long>(hash_)); }
-  Digest(const Digest&) = delete;
-  Digest& operator=(const Digest&) = delete;
-
-  Digest& operator<<(std::uint64_t value) {
-    for (int shift = 0; shift < 64; shift += 8) {
-      hash_ = (hash_ ^ (value >> shift & 0xff)) * 0x100000001b3u;
-    }
-    return *this;
-  }
-  Digest& operator<<(bool value) { return *this << std::uint64_t{value}; }
-  Digest& operator<<(int value) {
-    return *this << static_cast<std::uint64_t>(static_cast<std::int64_t>(value));
-  }
-  Digest& operator<<(double value) {
-    std::uint64_t bits = 0x7ff8000000000000u;
-    if (!std::isnan(value)) std::memcpy(&bits, &value, sizeof bits);
-    return *this << bits;
-  }
-  Digest& operator<<(float value) { return *this << static_cast<double>(value); }
-  Digest& operator<<(const GeoCoordinate& point) { return *this << point.longitude << point.latitude; }
-  Digest& operator<<(const GeoCoordinateZ& point) {
-    return *this << point.longitude << point.latitude << point.z;
-  }
-  Digest& operator<<(const tarvo::MapVector2d& vector) { return *this << vector.x << vector.y; }
-  Digest& operator<<(const Rect<GeoCoordinate>& rect) { return *this << rect.min << rect.max; }
-  template <class T>
-  Digest& operator<<(const std::vector<T>& values) {
-    *this << static_cast<std::uint64_t>(values.size());
-    for (const T& value : values) *this << value;
-    return *this;
-  }
-
- private:
-  const char* kind_;
-  const char* function_;
-  std::uint64_t hash_ = 0xcbf29ce484222325u;
-};
 
 /// Inputs made without the math library, so that they are the same everywhere.
 struct Inputs {
@@ -76,10 +40,10 @@ struct Inputs {
   Inputs() {
     for (const testsupport::NamedLineZ& line : testsupport::AwkwardLinesZ()) lines.push_back(line.points);
     std::mt19937 generator(4711);
-    for (int i = 0; i < 40; ++i) lines.push_back(Walk(generator, 1e-4, 120));  // a road
-    for (int i = 0; i < 10; ++i)
-      lines.push_back(Walk(generator, 0.05, 30));  // across tier borders of the distance
-    for (int i = 0; i < 10; ++i) lines.push_back(Walk(generator, 1e-9, 20));  // finer than any map
+    for (int i = 0; i < 160; ++i) lines.push_back(Walk(generator, 1e-4, 120));  // a road
+    // Across tier borders of the distance.
+    for (int i = 0; i < 40; ++i) lines.push_back(Walk(generator, 0.05, 30));
+    for (int i = 0; i < 20; ++i) lines.push_back(Walk(generator, 1e-9, 20));  // finer than any map
     for (int i = 0; i < 200; ++i) numbers.push_back((Unit(generator) - 0.5) * 1000.0);
     for (const double number :
          {0.0, -0.0, 1.0, -1.0, 90.0, 180.0, -180.0, 360.0, 1e-310, 1e6, std::nan("")}) {
@@ -137,11 +101,28 @@ bool HasFarSegment(const Line& line) {
   return false;
 }
 
+/// Points closer than a centimetre, where a bearing worked out on the sphere loses most of its digits.
+bool IsFinerThanMaps(const GeoCoordinate& a, const GeoCoordinate& b) {
+  return std::fabs(b.latitude - a.latitude) < 1e-7 && std::fabs(b.longitude - a.longitude) < 1e-7;
+}
+
+/// The digest of a function that gives a bearing.
+struct BearingDigest {
+  Digest usual;
+  Digest fine;
+  BearingDigest(const char* function, const char* fineName, Unit unit)
+      : usual("libm", function, unit), fine("libm", fineName, unit) {}
+  Digest& Between(const GeoCoordinate& a, const GeoCoordinate& b) {
+    return IsFinerThanMaps(a, b) ? fine : usual;
+  }
+};
+
 /// The digest of a function that measures distances: exact over lines of near points, otherwise of the math library.
 struct DistanceDigest {
   Digest near;
   Digest far;
-  DistanceDigest(const char* function, const char* farName) : near("exact", function), far("libm", farName) {}
+  DistanceDigest(const char* function, const char* farName)
+      : near("exact", function, Unit::kMetres), far("libm", farName, Unit::kMetres) {}
   Digest& Over(const Line& line) { return HasFarSegment(line) ? far : near; }
 };
 
@@ -160,39 +141,39 @@ std::vector<Rect<GeoCoordinate>> RectsAbout(const Line& line) {
 }
 
 void DigestDistances(const Inputs& inputs) {
-  Digest near("exact", "DistanceTo");
-  Digest far("libm", "DistanceTo far apart");
-  Digest radian("libm", "GetRadianNorth");
-  Digest vectors("exact", "Distance");
+  Digest near("exact", "DistanceTo", Unit::kMetres);
+  Digest far("libm", "DistanceTo far", Unit::kMetres);
+  BearingDigest radian("GetRadianNorth", "GetRadianNorth under 1 cm", Unit::kRadians);
+  DistanceDigest plain("DistanceOfGcj02Pos", "DistanceOfGcj02Pos far");
+  Digest vectors("exact", "Distance", Unit::kMetres);
   ForEachTriple(
       inputs, [&](const GeoCoordinate& a, const GeoCoordinate& b, const GeoCoordinate& c, std::size_t i) {
-        // Beyond some degrees the distance is computed with the math library.
-        const bool isFar = !(std::fabs(b.latitude - a.latitude) <= 2.5 &&
-                             std::fabs(std::remainder(b.longitude - a.longitude, 360.0)) <= 2.5);
+        const bool isFar = IsFar(a, b);
         (isFar ? far : near) << a.DistanceTo(b);
         far << a.DistanceTo(GeoCoordinate(inputs.Number(i), inputs.Number(i + 7) / 6.0)) << c.DistanceTo(a);
-        radian << kx::GeoUtils::GetRadianNorth(a, b);
-        if (!isFar)
-          vectors << Algorithm::Distance({a.longitude, a.latitude, 1.0}, {b.longitude, b.latitude, 2.0});
+        radian.Between(a, b) << kx::GeoUtils::GetRadianNorth(a, b);
+        (isFar ? plain.far : plain.near)
+            << tarvo::CoordinateUtil::DistanceOfGcj02Pos(a.longitude, a.latitude, b.longitude, b.latitude);
+        vectors << Algorithm::Distance({a.longitude, a.latitude, 1.0}, {b.longitude, b.latitude, 2.0});
       });
 }
 
 void DigestAngles(const Inputs& inputs) {
-  Digest turning("libm", "GetAngle turning");
-  Digest bearing("libm", "GetAngle bearing");
-  Digest yaw("libm", "GetYaw");
-  Digest aziDiff("exact", "CalcAziDiff");
-  Digest angleDiff("exact", "AngleDiff");
-  Digest fold180("exact", "NormalizeAngle180");
-  Digest fold360("exact", "NormalizeAngle360");
-  Digest triangle("libm", "GetLength3OfTriangle");
+  Digest turning("libm", "GetAngle turning", Unit::kDegrees);
+  BearingDigest bearing("GetAngle bearing", "GetAngle bearing under 1 cm", Unit::kDegrees);
+  BearingDigest yaw("GetYaw", "GetYaw under 1 cm", Unit::kDegrees);
+  Digest aziDiff("exact", "CalcAziDiff", Unit::kDegrees);
+  Digest angleDiff("exact", "AngleDiff", Unit::kDegrees);
+  Digest fold180("exact", "NormalizeAngle180", Unit::kDegrees);
+  Digest fold360("exact", "NormalizeAngle360", Unit::kDegrees);
+  Digest triangle("libm", "GetLength3OfTriangle", Unit::kMetres);
   Digest pixel("exact", "Get20PixelDistanceOnePixel");
   pixel << Algorithm::Get20PixelDistanceOnePixel();
   ForEachTriple(inputs, [&](const GeoCoordinate& a, const GeoCoordinate& b, const GeoCoordinate& c,
                             std::size_t i) {
     turning << Algorithm::GetAngle(a, b, c);
-    bearing << Algorithm::GetAngle(a, b);
-    yaw << Algorithm::GetYaw(a.latitude, a.longitude, b.latitude, b.longitude);
+    bearing.Between(a, b) << Algorithm::GetAngle(a, b);
+    yaw.Between(a, b) << Algorithm::GetYaw(a.latitude, a.longitude, b.latitude, b.longitude);
     const float first = static_cast<float>(inputs.Number(i));
     const float second = static_cast<float>(inputs.Number(i + 13));
     aziDiff << Algorithm::CalcAziDiff(first, second);
@@ -209,12 +190,12 @@ void DigestPoints(const Inputs& inputs) {
   Digest intersects("exact", "IsRectIntersectsRect");
   Digest nearby("exact", "IsPointNearOtherOne");
   Digest insert("exact", "GetInsertPointFromSegment");
-  Digest linePoint("exact", "GetLinePoint");
+  DistanceDigest linePoint("GetLinePoint", "GetLinePoint far");
   Digest foot("exact", "GetFootPoint");
   Digest side("exact", "GetPositionOfPointToLine");
-  Digest direct("libm", "ComputerThatLonLat");
+  Digest direct("libm", "ComputerThatLonLat", Unit::kDegrees);
   Digest rotate("libm", "RotatePoint");
-  Digest fix("libm", "GetFixAngleForSidePoint");
+  Digest fix("libm", "GetFixAngleForSidePoint", Unit::kDegrees);
   ForEachLine(inputs, [&](const Line& line) {
     Rect<GeoCoordinate> bound;
     bounds << Algorithm::GetBound(line.data(), static_cast<unsigned>(line.size()), bound) << bound;
@@ -239,9 +220,7 @@ void DigestPoints(const Inputs& inputs) {
         const float ratio = static_cast<float>(inputs.Number(i) / 400.0);
         insert << Algorithm::GetInsertPointFromSegment(flatA, flatB, ratio)
                << Algorithm::GetInsertPointFromSegment(a, b, ratio);
-        if (std::fabs(b.latitude - a.latitude) <= 2.5 && std::fabs(b.longitude - a.longitude) <= 2.5) {
-          linePoint << Algorithm::GetLinePoint(a, b, inputs.Number(i));
-        }
+        linePoint.Over({a, b}) << Algorithm::GetLinePoint(a, b, inputs.Number(i));
         foot << Algorithm::GetFootPoint(c, a, b);
         side << Algorithm::GetPositionOfPointToLine(c, a, b);
         double longitude = 0.0;
@@ -262,6 +241,7 @@ void DigestRouteFunctions(const Inputs& inputs) {
   Digest inner("exact", "PointRayTestInner");
   Digest polygon("exact", "IsPointInPolygon");
   Digest cut("exact", "CutPolyline");
+  Digest step("exact", "CutPolylineUpdate");
   Digest joined("exact", "IsTwoSegmentJoined");
   DistanceDigest symbols("GetInterpolateShapePoints", "GetInterpolateShapePoints far");
   ForEachLine(inputs, [&](const Line& line) {
@@ -280,6 +260,14 @@ void DigestRouteFunctions(const Inputs& inputs) {
     for (const Rect<GeoCoordinate>& rect : RectsAbout(line)) {
       std::vector<Line> pieces;
       cut << Algorithm::CutPolyline(line, rect, pieces) << pieces;
+      for (std::size_t i = 1; i < line.size(); ++i) {
+        for (const int inside : {0, 1, 2, 3}) {
+          std::vector<Line> grown(1);
+          Algorithm::CutPolylineUpdate((inside & 1) != 0, (inside & 2) != 0, i,
+                                       static_cast<unsigned>(line.size()), line, rect, grown);
+          step << grown;
+        }
+      }
       for (const bool isMainRoute : {true, false}) {
         std::vector<Line> runs;
         // Whole turns about the world at a spacing of a kilometre stay small enough.
@@ -348,7 +336,10 @@ void DigestCuts(const Inputs& inputs) {
   DistanceDigest behind("ChoosePointsInPolylineWithOffset", "ChoosePointsInPolylineWithOffset far");
   DistanceDigest candidates("CalculateCandidatePoints", "CalculateCandidatePoints far");
   DistanceDigest thinned("PreProcessRoutePoints", "PreProcessRoutePoints far");
+  DistanceDigest thinnedRoutes("PreProcessRoutePoints of routes", "PreProcessRoutePoints of routes far");
   DistanceDigest onLine("PointOnPolyline", "PointOnPolyline far");
+  DistanceDigest isOnLine("IsPointOnPolyline", "IsPointOnPolyline far");
+  DistanceDigest isOnLines("IsPointOnPolyline of lines", "IsPointOnPolyline of lines far");
   Digest onSegment("exact", "IsPointOnLineSegment");
   for (const LineZ& lineZ : inputs.lines) {
     const Line line = testsupport::WithoutHeight(lineZ);
@@ -377,13 +368,22 @@ void DigestCuts(const Inputs& inputs) {
       behind.Over(line) << Algorithm::ChoosePointsInPolylineWithOffset(positions, metres, out, line, table)
                         << out;
       thinned.Over(line) << Algorithm::PreProcessRoutePoints({line, line}, static_cast<float>(metres), 3);
+      std::vector<Line> routes;
+      Algorithm::PreProcessRoutePoints({{line, line}, {line}}, 2, static_cast<float>(metres), 3, "digest",
+                                       routes);
+      thinnedRoutes.Over(line) << routes;
       candidates.Over(line) << Algorithm::CalculateCandidatePoints(
                                    {line, line}, 3 + static_cast<unsigned>(metres) / 10, out)
                             << out;
       for (std::size_t i = 1; i < line.size(); i += 5) {
         for (const bool checkSegments : {false, true}) {
-          onLine.Over(line) << Algorithm::PointOnPolyline(line, line[i], static_cast<float>(metres),
-                                                          checkSegments);
+          const auto tolerance = static_cast<float>(metres);
+          const GeoCoordinate aside(line[i].longitude + 2e-5, line[i].latitude - 1e-5);
+          onLine.Over(line) << Algorithm::PointOnPolyline(line, line[i], tolerance, checkSegments)
+                            << Algorithm::PointOnPolyline(line, aside, tolerance, checkSegments);
+          isOnLine.Over(line) << Algorithm::IsPointOnPolyline(line, aside, tolerance, checkSegments);
+          isOnLines.Over(line) << Algorithm::IsPointOnPolyline({{aside}, line}, aside, tolerance,
+                                                               checkSegments);
         }
       }
     }
@@ -470,18 +470,73 @@ void DigestLanes(const Inputs& inputs) {
                 });
 }
 
+/// Takes the given number of segments or edges at a time; false when the machine has no such form.
+bool ForceLanes(unsigned long count) {
+  const auto* kernel = vorel::internal::FindSegmentKernel(count);
+  if (kernel == nullptr) return false;
+  vorel::internal::ForceSegmentKernel(kernel);
+  // Polygons have no form with one edge at a time: the widest one stays.
+  vorel::internal::ForceLocateInPolygon(vorel::internal::FindLocateInPolygon(count));
+  return true;
+}
+
+/// Whether the inputs hold each kind of line at which formulas break; says which one is missing.
+bool HasEveryAwkwardKind(const Inputs& inputs) {
+  const struct {
+    const char* name;
+    bool (*is)(const GeoCoordinateZ& point, const GeoCoordinateZ& next);
+  } kinds[] = {
+      {"NaN", [](const auto& p, const auto&) { return std::isnan(p.longitude) || std::isnan(p.latitude); }},
+      {"infinity",
+       [](const auto& p, const auto&) { return std::isinf(p.longitude) && std::isinf(p.latitude); }},
+      {"pole", [](const auto& p, const auto&) { return std::fabs(p.latitude) == 90.0; }},
+      {"latitude beyond the pole", [](const auto& p, const auto&) { return std::fabs(p.latitude) > 90.0; }},
+      {"antimeridian",
+       [](const auto& p, const auto& q) { return p.longitude > 179.0 && q.longitude < -179.0; }},
+      {"repeated vertex",
+       [](const auto& p, const auto& q) { return p.longitude == q.longitude && p.latitude == q.latitude; }},
+      {"special height", [](const auto& p, const auto&) { return !std::isfinite(p.z); }},
+  };
+  bool hasEvery = true;
+  for (const auto& kind : kinds) {
+    bool isThere = false;
+    for (const LineZ& line : inputs.lines) {
+      for (std::size_t i = 0; i + 1 < line.size(); ++i) isThere = isThere || kind.is(line[i], line[i + 1]);
+    }
+    if (!isThere) std::fprintf(stderr, "digest: no input has a %s\n", kind.name);
+    hasEvery = hasEvery && isThere;
+  }
+  return hasEvery;
+}
+
 }  // namespace
 
 int main(int argumentCount, char** arguments) {
-  if (argumentCount > 1) {
-    const auto* kernel = vorel::internal::FindSegmentKernel(std::strtoul(arguments[1], nullptr, 10));
-    if (kernel == nullptr) {
-      std::fprintf(stderr, "digest: this machine does not measure %s segments at a time\n", arguments[1]);
+  const char* rawPath = nullptr;
+  for (int i = 1; i < argumentCount; i += 2) {
+    const std::string option = arguments[i];
+    const char* value = i + 1 < argumentCount ? arguments[i + 1] : nullptr;
+    if (option == "--raw" && value != nullptr) {
+      rawPath = value;
+    } else if (option == "--lanes" && value != nullptr) {
+      if (!ForceLanes(std::strtoul(value, nullptr, 10))) {
+        std::fprintf(stderr, "digest: this machine does not take %s at a time\n", value);
+        return 1;
+      }
+    } else {
+      std::fprintf(stderr, "usage: digest [--lanes COUNT] [--raw FILE]\n");
+      return 2;
+    }
+  }
+  if (rawPath != nullptr) {
+    dropin::RawResults() = std::fopen(rawPath, "wb");
+    if (dropin::RawResults() == nullptr) {
+      std::fprintf(stderr, "digest: cannot write %s\n", rawPath);
       return 1;
     }
-    vorel::internal::ForceSegmentKernel(kernel);
   }
   const Inputs inputs;
+  if (!HasEveryAwkwardKind(inputs)) return 1;
   DigestDistances(inputs);
   DigestAngles(inputs);
   DigestPoints(inputs);
@@ -489,5 +544,9 @@ int main(int argumentCount, char** arguments) {
   DigestLengths(inputs);
   DigestCuts(inputs);
   DigestLanes(inputs);
+  if (rawPath != nullptr && std::fclose(dropin::RawResults()) != 0) {
+    std::fprintf(stderr, "digest: cannot write %s\n", rawPath);
+    return 1;
+  }
   return 0;
 }

@@ -61,8 +61,10 @@ std::string LengthText(double metres) {
   return metres >= 1000.0 ? ShortestNumber(metres / 1000.0) + " km" : ShortestNumber(metres) + " m";
 }
 
-MapProjection::MapProjection(const GeoRect& view) : view_(view) {
-  centre_ = {(view.min.longitude + view.max.longitude) / 2.0, (view.min.latitude + view.max.latitude) / 2.0};
+MapProjection::MapProjection(const GeoRect& view)
+    : view_(view),
+      centre_((view.min.longitude + view.max.longitude) / 2.0,
+              (view.min.latitude + view.max.latitude) / 2.0) {
   longitudeScale_ = std::max(std::cos(centre_.latitude * kRadiansPerDegree), kSmallestLongitudeScale);
   // In degrees of latitude, on the map's plane.
   const double smallest = kSmallestViewMetres / kMetresPerDegree;
