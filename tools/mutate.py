@@ -440,6 +440,26 @@ def show_list(mutations):
         print(f"{sum(mutation.kind == kind for mutation in mutations):5} {kind}: {meaning}")
 
 
+def try_all(stage, tests, mutations, counts, jobs):
+    """Shows the verdicts as they come and counts them; gives the errors in the list."""
+    for _ in each(stage.try_untouched, tests.values(), jobs):
+        pass
+    errors = []
+
+    def verdict(mutation):  # an error in one entry does not hide the verdicts of the others
+        try:
+            return stage.try_mutant(mutation)
+        except ListError as error:
+            errors.append(str(error))
+            return None
+
+    for result in each(verdict, mutations, jobs):
+        if result is not None:
+            show(result)
+            counts[result.verdict] += 1
+    return errors
+
+
 def parse_arguments():
     parser = argparse.ArgumentParser(description=__doc__.split("\n", maxsplit=1)[0])
     parser.add_argument("--sample", type=int, metavar="N", help="only N mutants, spread over the subjects")
@@ -494,24 +514,10 @@ def main():
                                                                                       tests[name].program)}))
         tests = {name: tests[name] for mutation in mutations for name in mutation.tests}
 
-    folder = ROOT / "build" / "mutation"
-    shutil.rmtree(folder, ignore_errors=True)
-    stage = Stage(build, folder)
-    for _ in each(stage.try_untouched, tests.values(), arguments.jobs):
-        pass
-    # An error in one entry does not hide the verdicts of the others.
-    errors = []
-    def verdict_or_error(mutation):
-        try:
-            return stage.try_mutant(mutation)
-        except ListError as error:
-            errors.append(str(error))
-            return None
-    for result in each(verdict_or_error, mutations, arguments.jobs):
-        if result is not None:
-            show(result)
-            counts[result.verdict] += 1
-    shutil.rmtree(folder, ignore_errors=True)
+    base = ROOT / "build" / "mutation"
+    base.mkdir(parents=True, exist_ok=True)
+    with tempfile.TemporaryDirectory(prefix="run.", dir=base) as folder:
+        errors = try_all(Stage(build, pathlib.Path(folder)), tests, mutations, counts, arguments.jobs)
     for error in errors:
         print(f"mutate.py: {error}", file=sys.stderr)
     print(f"{counts['killed']} killed, {counts['equivalent']} equivalent, {counts['ALIVE']} alive"
