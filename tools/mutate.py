@@ -27,7 +27,12 @@ import subprocess
 import sys
 import tempfile
 import time
-import tomllib
+
+try:
+    import tomllib
+except ImportError:
+    print("mutate.py: needs Python 3.11 or later", file=sys.stderr)
+    sys.exit(2)
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 LIST_FOLDER = ROOT / "tests" / "mutations"
