@@ -270,6 +270,8 @@ class Build:
     def compile_command(self, target, file, overlay, output):
         """The command that compiles an object, with the files in `overlay` put before those of the project."""
         words = shlex.split(self.commands[target])
+        if os.path.basename(words[0]) == "ccache":
+            del words[0]  # no mutant comes twice
         result = []
         include_seen = False
         skip = False
