@@ -1,8 +1,10 @@
 // Pieces of given length cut out of a lane boundary, with their marked vertices.
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <numeric>
 #include <random>
 #include <string>
 #include <vector>
@@ -12,6 +14,7 @@
 #include "base/precondition.h"
 #include "map_utils/vorel_geometry_algorithm.h"
 #include "reference/boundary_pieces_reference.h"
+#include "support/allocation_counter.h"
 #include "support/bits.h"
 #include "support/case_name.h"
 #include "support/lines.h"
@@ -430,9 +433,34 @@ TEST(HandleBoundaryDataByDistance, PiecesOfRealBoundariesFollowThem) {
 
 // ---- Against the twin -------------------------------------------------------------------------------------------
 
+/// Also all vertices, and lists out of order: those break the contract, but a scan vertex by vertex has an answer.
+Marks AnyMarks(std::mt19937& generator, std::size_t pointCount) {
+  Marks marks = RandomMarks(generator, pointCount);
+  switch (generator() % 4) {
+    case 0: {
+      marks.resize(pointCount);
+      std::iota(marks.begin(), marks.end(), 0u);
+      break;
+    }
+    case 1: {
+      std::shuffle(marks.begin(), marks.end(), generator);
+      break;
+    }
+    case 2: {
+      if (marks.empty()) break;
+      marks[generator() % marks.size()] = OneOf<std::uint32_t>(generator, {0u, 0xffffffffu, 0x80000000u});
+      break;
+    }
+    default: {
+      break;
+    }
+  }
+  return marks;
+}
+
 void ComparePieces(std::mt19937& generator, const LineZ& line, int runs) {
   for (int run = 0; run < runs; ++run) {
-    BoundaryData source{line, RandomMarks(generator, line.size() + 3)};
+    BoundaryData source{line, AnyMarks(generator, line.size() + 3)};
     const int size = static_cast<int>(line.size());
     const int startIndex =
         OneOf<int>(generator, {0, 0, size / 2, size / 3, size < 2 ? 0 : size - 2, size, kIntMax,
@@ -470,6 +498,34 @@ TEST(BoundaryPiecesDifferential, WildLines) {
     SCOPED_TRACE(testing::Message() << "seed 55004, run " << run);
     ComparePieces(generator, testsupport::WildLineZ(generator, 1 + static_cast<int>(generator() % 30)), 10);
   }
+}
+
+/// Vertices are copied in runs of some hundred: boundaries of several runs.
+TEST(BoundaryPiecesDifferential, LongLines) {
+  std::mt19937 generator(55006);
+  for (const int pointCount : {512, 513, 514, 515, 1026, 1027, 1500}) {
+    SCOPED_TRACE(testing::Message() << "seed 55006, " << pointCount << " points");
+    ComparePieces(generator, testsupport::RandomLineZ(generator, pointCount), 40);
+  }
+}
+
+TEST(HandleBoundaryDataByDistance, AllocatesNothingWhenThePieceHasTheRoom) {
+  std::mt19937 generator(55007);
+  BoundaryData source;
+  source.points = testsupport::RandomLineZ(generator, 1200);
+  source.pointIndices.resize(source.points.size());
+  std::iota(source.pointIndices.begin(), source.pointIndices.end(), 0u);
+  BoundaryData piece = source;
+  const double whole = Length(source.points);
+  const testsupport::AllocationCounter allocations;
+  for (const double part : {0.0001, 0.5, 0.9999, 2.0}) {
+    piece.points.clear();
+    piece.pointIndices.clear();
+    int cursor = -1;
+    VorelGeometryAlgorithm::HandleBoundaryDataByDistance(source, cursor, 0, 0.25, part * whole, piece);
+  }
+  EXPECT_EQ(allocations.Count(), 0u);
+  EXPECT_EQ(piece.points.size(), source.points.size());
 }
 
 TEST(BoundaryPiecesDifferential, RealLanes) {

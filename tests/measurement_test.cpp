@@ -15,6 +15,7 @@
 
 #include "map_utils/vorel_geometry_algorithm.h"
 #include "reference/measurement_reference.h"
+#include "support/allocation_counter.h"
 #include "support/bits.h"
 #include "support/lines.h"
 #include "support/uniform.h"
@@ -192,6 +193,17 @@ TEST(GetDistanceAndCache, ReservesTheTotalOnce) {
   held.shrink_to_fit();
   Algorithm::GetDistanceAndCache(line, 0, 5, held);
   EXPECT_NE(held.capacity(), 8u + 5u);  // deliberate: a total, not an increase
+}
+
+TEST(GetDistanceAndCache, AllocatesTheCopyOfItsLineAlone) {
+  std::mt19937 generator(21013);
+  const Line line = testsupport::RandomLine(generator, 300);
+  std::vector<double> cache;
+  cache.reserve(line.size());
+  const testsupport::AllocationCounter allocations;
+  Algorithm::GetDistanceAndCache(line, 0, 299, cache);
+  EXPECT_EQ(allocations.Count(), testsupport::CanCountAllocations() ? 1u : 0u);
+  EXPECT_EQ(cache.size(), 299u);
 }
 
 struct FindCase {

@@ -428,6 +428,18 @@ TEST_F(ChainBehindOffset, WritesToTheLoggerOfTheMoment) {
   plog::Logger::Unregister(kOtherId);
 }
 
+TEST_F(ChainBehindOffset, AllocatesNothingWhenTheOutputHasTheRoom) {
+  const std::vector<RoutePos> positions = Chain(5);
+  Line out;
+  out.reserve(6);
+  const testsupport::AllocationCounter allocations;
+  ASSERT_TRUE(Algorithm::ChoosePointsInPolylineWithOffset(positions, 150.0, out, Route(), kHundreds));
+  out.clear();
+  ASSERT_TRUE(Algorithm::ChoosePointsInPolylineFromBasePoint(0, Route()[0], 350.0, Route(), kHundreds, out));
+  EXPECT_EQ(allocations.Count(), 0u);
+  EXPECT_EQ(out.size(), 5u);
+}
+
 TEST_F(ChainBehindOffset, IsSilentAboveItsLevel) {
   ASSERT_TRUE(plog::Logger::SetMinimumLevel(kId, plog::LogLevel{3}));
   const std::vector<RoutePos> positions = Chain(2);
@@ -754,10 +766,11 @@ void ExpectChainsMatchTwin(std::mt19937& generator, const Line& line) {
   vorel::logging::vorel_log_instance_id_ = kId;
   for (int trial = 0; trial < 20; ++trial) {
     const std::vector<double> table = AnyTable(generator, line);
-    std::vector<RoutePos> positions(generator() % 9);
+    // Positions are measured in blocks, a small one first.
+    std::vector<RoutePos> positions(generator() % (trial % 4 == 0 ? 90 : 9));
     int index = 0;
     for (RoutePos& position : positions) {
-      index += static_cast<int>(generator() % 4);
+      index += static_cast<int>(generator() % (positions.size() < 9 ? 4 : 2));
       position.shapeIndex = generator() % 10 == 0 ? AnyIndex(generator, line) : index;
       position.coordinate =
           line.empty() ? GeoCoordinate(7.5, 47.5) : line[static_cast<std::size_t>(index) % line.size()];

@@ -13,6 +13,7 @@
 
 #include "map_utils/vorel_geometry_algorithm.h"
 #include "reference/sampling_reference.h"
+#include "support/allocation_counter.h"
 #include "support/bits.h"
 #include "support/lines.h"
 #include "support/uniform.h"
@@ -406,6 +407,53 @@ TEST(Cuts, MatchTheTwinsOnWildLines) {
     SCOPED_TRACE(testing::Message() << "seed " << kSeed << ", run " << run);
     ExpectMatchesTwins(WildLineZ(generator, run % 60));
   }
+}
+
+/// Vertices are copied in runs of some hundred: lines of several runs, cut on either side of the seams.
+TEST(Cuts, MatchTheTwinsOnLongLines) {
+  constexpr unsigned kSeed = 32006;
+  std::mt19937 generator(kSeed);
+  for (const int vertexCount : {511, 512, 513, 514, 1024, 1025, 1026, 1700}) {
+    SCOPED_TRACE(testing::Message() << "seed " << kSeed << ", " << vertexCount << " vertices");
+    const LineZ lineZ = RandomLineZ(generator, vertexCount);
+    const Line line = WithoutHeight(lineZ);
+    for (const std::size_t vertex : {510u, 511u, 512u, 513u, 1023u, 1024u, 1025u, 1699u}) {
+      if (vertex >= line.size()) break;
+      const double reach = Reach(line, vertex);
+      for (const double length : {Previous(reach), reach, Next(reach)}) {
+        SCOPED_TRACE(testing::Message() << "length " << testsupport::Paste(length));
+        Line out, expected;
+        Tail(line, length, out);
+        reference::ChoosePointsInPolyline(line.data(), static_cast<unsigned>(line.size()), length, expected);
+        EXPECT_TRUE(SameBits(out, expected));
+        LineZ outZ, expectedZ;
+        Algorithm::ChoosePointsInPolylineWithMaxLength(lineZ, length, outZ);
+        reference::ChoosePointsInPolylineWithMaxLength(lineZ, length, expectedZ);
+        EXPECT_TRUE(SameBits(outZ, expectedZ));
+      }
+    }
+  }
+}
+
+TEST(Cuts, AllocateNothingWhenTheOutputHasTheRoom) {
+  std::mt19937 generator(32007);
+  const LineZ lineZ = RandomLineZ(generator, 1200);
+  const Line line = WithoutHeight(lineZ);
+  const double whole = Reach(line, line.size() - 1);
+  Line out = line;
+  LineZ outZ = lineZ;
+  out.reserve(line.size() + 1);
+  outZ.reserve(line.size() + 1);
+  const testsupport::AllocationCounter allocations;
+  for (const double part : {0.0001, 0.5, 0.9999, 2.0}) {
+    Tail(line, part * whole, out);
+    out.clear();
+    Algorithm::ChoosePointsInPolylineWithMaxLength(line, part * whole, out);
+    outZ.clear();
+    Algorithm::ChoosePointsInPolylineWithMaxLength(lineZ, part * whole, outZ);
+  }
+  EXPECT_EQ(allocations.Count(), 0u);
+  EXPECT_TRUE(SameBits(outZ, lineZ));
 }
 
 class CutsOfRealLines : public testing::TestWithParam<const char*> {};

@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <random>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "support/bits.h"
@@ -26,7 +27,9 @@ using testsupport::SameBits;
 using vorel::internal::AddSegmentLengths;
 using vorel::internal::FindSegmentKernel;
 using vorel::internal::ForceSegmentKernel;
+using vorel::internal::StorePairLengths;
 using vorel::internal::StoreSegmentLengths;
+using vorel::internal::StoreSegmentSums;
 using vorel::internal::WalkSegments;
 
 constexpr double kUntouched = -7.25;
@@ -54,31 +57,87 @@ std::vector<double> PlainLengths(const Point* points, std::size_t segmentCount) 
   return lengths;
 }
 
+/// `stored` begins with `expected`, and nothing was written beyond.
+void CheckStored(std::vector<double> stored, const std::vector<double>& expected) {
+  for (std::size_t i = expected.size(); i < stored.size(); ++i)
+    ASSERT_EQ(stored[i], kUntouched) << "beyond the end";
+  stored.resize(expected.size());
+  ASSERT_TRUE(SameBits(stored, expected));
+}
+
+/// Walks below limits at, just below and just above sums of every part of the line, against one comparison per segment.
+template <class Point>
+void CheckLimits(const Point* points, double start, const std::vector<double>& lengths,
+                 const std::vector<double>& sums) {
+  std::vector<double> limits{start, 0.0, kNaN, kInfinity, -kInfinity};
+  const std::size_t step = 1 + sums.size() / 8;
+  for (std::size_t i = 0; i < sums.size(); i += step) {
+    limits.push_back(sums[i]);
+    limits.push_back(std::nextafter(sums[i], -kInfinity));
+    limits.push_back(std::nextafter(sums[i], kInfinity));
+  }
+  for (const double limit : limits) {
+    std::size_t passed = 0;
+    double metres = start;
+    for (; passed < lengths.size() && limit > metres + lengths[passed]; ++passed) {
+      metres = metres + lengths[passed];
+    }
+    const vorel::internal::LimitedWalk walk =
+        vorel::internal::WalkSegmentsBelow(points, lengths.size(), start, limit);
+    ASSERT_EQ(walk.passed, passed) << "limit " << limit;
+    ASSERT_TRUE(SameBits(walk.metres, metres)) << "limit " << limit;
+    if (passed < lengths.size()) {
+      ASSERT_TRUE(SameBits(walk.nextLength, lengths[passed])) << "limit " << limit;
+    }
+  }
+}
+
 /// Stored, added and walked lengths of `segmentCount` segments from points[0].
 template <class Point>
 void CheckSegments(const Point* points, std::size_t segmentCount) {
   const std::vector<double> expected = PlainLengths(points, segmentCount);
 
-  std::vector<double> stored(segmentCount + 4, kUntouched);
-  StoreSegmentLengths(points, segmentCount, stored.data());
-  for (std::size_t i = segmentCount; i < stored.size(); ++i)
-    ASSERT_EQ(stored[i], kUntouched) << "beyond the end";
-  stored.resize(segmentCount);
-  ASSERT_TRUE(SameBits(stored, expected));
-
   for (const double start : {0.0, -0.0, 1234.5678901, kNaN}) {
+    SCOPED_TRACE(testing::Message() << "from " << start);
+    std::vector<double> sums;
     double sum = start;
-    for (const double length : expected) sum = sum + length;
-    ASSERT_TRUE(SameBits(AddSegmentLengths(points, segmentCount, start), sum)) << "from " << start;
+    for (const double length : expected) sums.push_back(sum = sum + length);
+    ASSERT_TRUE(SameBits(AddSegmentLengths(points, segmentCount, start), sum));
+    CheckLimits(points, start, expected, sums);
+    if constexpr (std::is_same_v<Point, GeoCoordinate>) {
+      std::vector<double> stored(segmentCount + 4, kUntouched);
+      ASSERT_TRUE(SameBits(StoreSegmentSums(points, segmentCount, start, stored.data()), sum));
+      CheckStored(stored, sums);
+    }
   }
 
-  std::vector<double> walked;
-  WalkSegments(points, 0, segmentCount, [&](std::size_t i, std::size_t count, const double* lengths) {
-    EXPECT_EQ(i, walked.size());
-    walked.insert(walked.end(), lengths, lengths + count);
-    return true;
-  });
-  ASSERT_TRUE(SameBits(walked, expected));
+  if constexpr (std::is_same_v<Point, GeoCoordinate>) {
+    std::vector<double> stored(segmentCount + 4, kUntouched);
+    StoreSegmentLengths(points, segmentCount, stored.data());
+    CheckStored(stored, expected);
+
+    // The same segments as pairs, and in between those from each vertex to itself.
+    std::vector<const GeoCoordinate*> pairs;
+    std::vector<double> pairLengths;
+    for (std::size_t i = 0; i < segmentCount; ++i) {
+      pairs.insert(pairs.end(), {points + i, points + i + 1});
+      pairLengths.push_back(expected[i]);
+      if (i % 3 != 0) continue;
+      pairs.insert(pairs.end(), {points + i, points + i});
+      pairLengths.push_back(points[i].DistanceTo(points[i]));
+    }
+    std::vector<double> storedPairs(pairLengths.size() + 4, kUntouched);
+    StorePairLengths(pairs.data(), pairLengths.size(), storedPairs.data());
+    CheckStored(storedPairs, pairLengths);
+
+    std::vector<double> walked;
+    WalkSegments(points, 0, segmentCount, [&](std::size_t i, std::size_t count, const double* lengths) {
+      EXPECT_EQ(i, walked.size());
+      walked.insert(walked.end(), lengths, lengths + count);
+      return true;
+    });
+    ASSERT_TRUE(SameBits(walked, expected));
+  }
 }
 
 template <class Point>

@@ -8,6 +8,7 @@
 #include "base/geodesy/distance.h"
 #include "base/precondition.h"
 #include "map_utils/internal/line_length.h"
+#include "map_utils/internal/route_distance.h"
 #include "map_utils/internal/segment_lengths.h"
 
 namespace vorel {
@@ -49,18 +50,9 @@ double VorelGeometryAlgorithm::GetDistanceAndCache(std::vector<GeoCoordinate> li
   VOREL_PRECONDITION(to < line.size());
   // Deliberate: a total, not an increase on what `cache` holds.
   cache.reserve(to - from);
-  double length = 0.0;
-  const auto appendBlock = [&](std::size_t, std::size_t count, const double* lengths) {
-    double reached[internal::kSegmentsPerBlock];
-    for (std::size_t i = 0; i < count; ++i) {
-      length = length + lengths[i];
-      reached[i] = length;
-    }
-    cache.insert(cache.end(), reached, reached + count);
-    return true;
-  };
-  internal::WalkSegments(line.data(), from, to, appendBlock);
-  return length;
+  const std::size_t held = cache.size();
+  cache.resize(held + (to - from));
+  return internal::StoreSegmentSums(line.data() + from, to - from, 0.0, cache.data() + held);
 }
 
 int VorelGeometryAlgorithm::FindFirstSmallerIndex(std::vector<double> values, double target) {
@@ -130,11 +122,7 @@ double VorelGeometryAlgorithm::DistanceOfA2BInRoute(const GeoCoordinate& pointA,
   if (line.size() <= a || line.size() <= b) return 0.0;
   const double beyondA = tarvo::geodesy::Distance(line[a], pointA);
   const double beyondB = tarvo::geodesy::Distance(line[b], pointB);
-  if (a == b) return beyondA - beyondB;
-  // Deliberate: one entry short passes here and throws below.
-  if (cumulative.size() < std::max(a, b)) return 0.0;
-  if (a > b) return (beyondA - beyondB) + (cumulative.at(a) - cumulative.at(b));
-  return -(((0.0 - beyondA) + beyondB) + (cumulative.at(b) - cumulative.at(a)));
+  return internal::RouteDistance(a, beyondA, b, beyondB, cumulative);
 }
 
 }  // namespace vorel

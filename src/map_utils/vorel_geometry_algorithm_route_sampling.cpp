@@ -2,9 +2,11 @@
 
 #include "map_utils/vorel_geometry_algorithm.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <vector>
 
 #include "base/geodesy/distance.h"
 #include "base/precondition.h"
@@ -12,11 +14,64 @@
 #include "map_utils/internal/integer_conversion.h"
 #include "map_utils/internal/interpolation.h"
 #include "map_utils/internal/line_length.h"
+#include "map_utils/internal/route_distance.h"
+#include "map_utils/internal/segment_lengths.h"
 
 namespace vorel {
 
 using tarvo::GeoCoordinate;
 using tarvo::RoutePos;
+
+namespace {
+
+/// The distances of route positions from the vertices that start their segments, asked for in order from position 0 on;
+/// measured a block at a time, each once.
+class RouteVertexDistances {
+ public:
+  struct Entry {
+    bool isOnRoute;  ///< whether the route has the vertex; else the rest means nothing
+    std::size_t vertex;
+    double metres;
+  };
+
+  RouteVertexDistances(const std::vector<RoutePos>& positions, const std::vector<GeoCoordinate>& route)
+      : positions_(positions), route_(route) {}
+
+  Entry Of(std::size_t i) {
+    if (i == end_) MeasureNextBlock();
+    // A negative index becomes one beyond every route.
+    const std::size_t vertex = static_cast<std::size_t>(positions_[i].shapeIndex);
+    return {vertex < route_.size(), vertex, metres_[i - begin_]};
+  }
+
+ private:
+  static constexpr std::size_t kFirstBlock = 4;
+  static constexpr std::size_t kLargestBlock = 32;
+
+  void MeasureNextBlock() {
+    begin_ = end_;
+    const std::size_t count = std::min(positions_.size() - begin_, blockSize_);
+    blockSize_ = kLargestBlock;
+    end_ = begin_ + count;
+    const GeoCoordinate* pairs[2 * kLargestBlock];
+    for (std::size_t k = 0; k < count; ++k) {
+      const RoutePos& position = positions_[begin_ + k];
+      const std::size_t vertex = static_cast<std::size_t>(position.shapeIndex);
+      pairs[2 * k] = vertex < route_.size() ? &route_[vertex] : &position.coordinate;
+      pairs[2 * k + 1] = &position.coordinate;
+    }
+    internal::StorePairLengths(pairs, count, metres_);
+  }
+
+  const std::vector<RoutePos>& positions_;
+  const std::vector<GeoCoordinate>& route_;
+  std::size_t begin_ = 0;
+  std::size_t end_ = 0;
+  std::size_t blockSize_ = kFirstBlock;
+  double metres_[kLargestBlock];
+};
+
+}  // namespace
 
 bool VorelGeometryAlgorithm::ChoosePointsInPolylineFromBasePoint(
     int baseIndex, const GeoCoordinate& basePoint, double length, const std::vector<GeoCoordinate>& points,
@@ -30,22 +85,22 @@ bool VorelGeometryAlgorithm::ChoosePointsInPolylineFromBasePoint(
   double metresToLast = cumDist.at(last);
   // Deliberate: whole metres.
   const double start = internal::TruncateToInt32(metresToLast + beyondVertex);
-  for (std::size_t j = last + 1; j < points.size(); ++j) {
-    const double metresToVertex = cumDist.at(j);
-    const double ahead = metresToVertex - start;
-    if (length > ahead) {
-      out.push_back(points[j]);
-      last = j;
-      metresToLast = metresToVertex;
-      continue;
-    }
-    if (ahead == length) {
-      out.push_back(points[j]);
-    } else {
-      const double ratio = ((start + length) - metresToLast) / (metresToVertex - metresToLast);
-      out.push_back(internal::PointAtRatio(points[last], points[j], static_cast<float>(ratio)));
-    }
-    break;
+  // The vertices less than `length` ahead are found first and copied at once.
+  const std::size_t tableEnd = std::min(points.size(), cumDist.size());
+  std::size_t j = last + 1;
+  while (j < tableEnd && length > cumDist[j] - start) ++j;
+  if (j > last + 1) {
+    out.insert(out.end(), points.data() + last + 1, points.data() + j);
+    last = j - 1;
+    metresToLast = cumDist[last];
+  }
+  if (j == points.size()) return true;
+  const double metresToVertex = cumDist.at(j);  // throws where the table is too short
+  if (metresToVertex - start == length) {
+    out.push_back(points[j]);
+  } else {
+    const double ratio = ((start + length) - metresToLast) / (metresToVertex - metresToLast);
+    out.push_back(internal::PointAtRatio(points[last], points[j], static_cast<float>(ratio)));
   }
   return true;
 }
@@ -56,11 +111,16 @@ bool VorelGeometryAlgorithm::ChoosePointsInPolylineWithOffset(const std::vector<
                                                               const std::vector<double>& cumDist) {
   if (0.0 >= offset || positions.empty()) return false;
   double reached = 0.0;
+  RouteVertexDistances distances(positions, points);
+  RouteVertexDistances::Entry from = distances.Of(0);
   for (std::size_t i = 1; i < positions.size(); ++i) {
-    const RoutePos& from = positions[i - 1];
-    const RoutePos& to = positions[i];
-    const double step = std::fabs(DistanceOfA2BInRoute(to.coordinate, to.shapeIndex, from.coordinate,
-                                                       from.shapeIndex, points, cumDist));
+    const RouteVertexDistances::Entry to = distances.Of(i);
+    // As DistanceOfA2BInRoute, which measures each position from its vertex twice: for the step to it and from it.
+    const double step =
+        to.isOnRoute && from.isOnRoute
+            ? std::fabs(internal::RouteDistance(to.vertex, to.metres, from.vertex, from.metres, cumDist))
+            : 0.0;
+    from = to;
     const double reachedNext = reached + step;
     if (offset > reachedNext) {
       reached = reachedNext;
@@ -68,10 +128,12 @@ bool VorelGeometryAlgorithm::ChoosePointsInPolylineWithOffset(const std::vector<
     }
     // Deliberate: no cut point within the first step.
     if (reachedNext != offset && i != 1) {
-      out.push_back(internal::PointAtRatio(from.coordinate, to.coordinate,
+      out.push_back(internal::PointAtRatio(positions[i - 1].coordinate, positions[i].coordinate,
                                            static_cast<float>((offset - reached) / step)));
     }
-    for (std::size_t j = i; j < positions.size(); ++j) out.push_back(positions[j].coordinate);
+    const std::size_t held = out.size();
+    out.resize(held + (positions.size() - i));
+    for (std::size_t j = i; j < positions.size(); ++j) out[held + (j - i)] = positions[j].coordinate;
     return true;
   }
   VOREL_LOG(plog::LogLevel::kWarning, "Vorel", "accumulative_distance:", reached,

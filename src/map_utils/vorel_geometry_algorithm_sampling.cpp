@@ -2,7 +2,10 @@
 
 #include "map_utils/vorel_geometry_algorithm.h"
 
+#include <algorithm>
+#include <cmath>
 #include <cstddef>
+#include <limits>
 
 #include "base/precondition.h"
 #include "map_utils/internal/interpolation.h"
@@ -15,28 +18,32 @@ using tarvo::GeoCoordinateZ;
 
 namespace {
 
+/// Vertices are copied in runs: long enough that a walk seldom pauses, short enough to be still in the nearest cache.
+constexpr std::size_t kVerticesCopiedAtOnce = 512;
+
 template <class Point>
 bool AppendFirstMetres(const std::vector<Point>& points, double maxLength, std::vector<Point>& out) {
   VOREL_PRECONDITION(&points != &out);
   if (0.0 >= maxLength || points.empty()) return false;
   out.push_back(points[0]);
+  // Below the next greater number is at most `maxLength`; infinity stands for itself, for every sum is less.
+  const double limit = std::nextafter(maxLength, std::numeric_limits<double>::infinity());
   double reached = 0.0;
-  const auto appendBlock = [&](std::size_t first, std::size_t count, const double* lengths) {
-    for (std::size_t i = 0; i < count; ++i) {
-      const double reachedNext = reached + lengths[i];
-      if (!(maxLength >= reachedNext)) {
-        const Point* const start = points.data() + first;
-        out.insert(out.end(), start + 1, start + 1 + i);
-        out.push_back(internal::PointAtRatio(start[i], start[i + 1],
-                                             static_cast<float>((maxLength - reached) / lengths[i])));
-        return false;
-      }
-      reached = reachedNext;
+  const Point* start = points.data();
+  const Point* const last = start + points.size() - 1;
+  while (start < last) {
+    const std::size_t count =
+        std::min<std::size_t>(static_cast<std::size_t>(last - start), kVerticesCopiedAtOnce);
+    const internal::LimitedWalk walk = internal::WalkSegmentsBelow(start, count, reached, limit);
+    out.insert(out.end(), start + 1, start + 1 + walk.passed);
+    start += walk.passed;
+    reached = walk.metres;
+    if (walk.passed < count) {
+      out.push_back(internal::PointAtRatio(start[0], start[1],
+                                           static_cast<float>((maxLength - reached) / walk.nextLength)));
+      break;
     }
-    out.insert(out.end(), points.data() + first + 1, points.data() + first + 1 + count);
-    return true;
-  };
-  internal::WalkSegments(points.data(), 0, points.size() - 1, appendBlock);
+  }
   return true;
 }
 
@@ -47,29 +54,16 @@ bool VorelGeometryAlgorithm::ChoosePointsInPolyline(const GeoCoordinate* points,
   VOREL_PRECONDITION(points == nullptr || points != out.data());
   out.clear();
   if (points == nullptr || count < 2 || 0.0 > distance) return false;
-  double reached = 0.0;
-  bool isReached = false;
-  const auto findCut = [&](std::size_t first, std::size_t segmentCount, const double* lengths) {
-    for (std::size_t i = 0; i < segmentCount; ++i) {
-      const double reachedNext = reached + lengths[i];
-      if (distance > reachedNext) {
-        reached = reachedNext;
-        continue;
-      }
-      const GeoCoordinate* const start = points + first + i;
-      if (reachedNext != distance) {
-        out.push_back(internal::PointAtRatio(start[0], start[1],
-                                             static_cast<float>((distance - reached) / lengths[i])));
-      }
-      // A cut that falls on a vertex is that vertex, with which the rest starts anyway.
-      out.insert(out.end(), start + 1, points + count);
-      isReached = true;
-      return false;
-    }
-    return true;
-  };
-  internal::WalkSegments(points, 0, count - 1, findCut);
-  return isReached;
+  const internal::LimitedWalk walk = internal::WalkSegmentsBelow(points, count - 1, 0.0, distance);
+  if (walk.passed == count - 1) return false;
+  const GeoCoordinate* const start = points + walk.passed;
+  if (walk.metres + walk.nextLength != distance) {
+    out.push_back(internal::PointAtRatio(start[0], start[1],
+                                         static_cast<float>((distance - walk.metres) / walk.nextLength)));
+  }
+  // A cut that falls on a vertex is that vertex, with which the rest starts anyway.
+  out.insert(out.end(), start + 1, points + count);
+  return true;
 }
 
 bool VorelGeometryAlgorithm::ChoosePointsInPolyline(const std::vector<GeoCoordinate>& points, double interval,

@@ -12,12 +12,17 @@
 
 #if defined(__SSE2__)
 #include <immintrin.h>
+#elif defined(__aarch64__)
+#include <arm_neon.h>
+#else
+#include <cmath>
 #endif
 
 #include "base/geo_coordinate.h"
 
 #define VOREL_LANES_INLINE static inline __attribute__((always_inline))
 #define VOREL_LANES_METHOD inline __attribute__((always_inline))
+#define VOREL_LANES_LAMBDA __attribute__((always_inline))
 
 namespace vorel {
 namespace internal {
@@ -33,13 +38,33 @@ VOREL_LANES_INLINE TwoDoubles LoadPoint(const tarvo::GeoCoordinate& point) {
   __builtin_memcpy(&lanes, &point, sizeof lanes);
   return lanes;
 }
+VOREL_LANES_INLINE TwoDoubles LoadPoint(const tarvo::GeoCoordinate* point) {
+  return LoadPoint(*point);
+}
 
 VOREL_LANES_INLINE bool InAnyLane(TwoFlags flags) {
+#if defined(__SSE2__)
+  return _mm_movemask_pd(reinterpret_cast<TwoDoubles>(flags)) != 0;
+#else
   return (flags[0] | flags[1]) != 0;
+#endif
 }
 VOREL_LANES_INLINE bool InEachLane(TwoFlags flags) {
+#if defined(__SSE2__)
+  return _mm_movemask_pd(reinterpret_cast<TwoDoubles>(flags)) == 3;
+#else
   return (flags[0] & flags[1]) != 0;
+#endif
 }
+
+/// What the distances of neighbouring points are made of, one segment per lane: differences of the coordinates, end
+/// minus start, and the sum of the latitudes.
+template <class Doubles>
+struct Segments {
+  Doubles longitudeDifference;
+  Doubles latitudeDifference;
+  Doubles latitudeSum;
+};
 
 struct TwoLanes {
   using Doubles = TwoDoubles;
@@ -62,6 +87,23 @@ struct TwoLanes {
     return reinterpret_cast<Flags>(_mm_cmpeq_pd(a, b));
 #else
     return a == b;
+#endif
+  }
+  VOREL_LANES_INLINE Flags LessOrEqual(Doubles a, Doubles b) {
+#if defined(__SSE2__)
+    return reinterpret_cast<Flags>(_mm_cmple_pd(a, b));
+#else
+    return a <= b;
+#endif
+  }
+
+  VOREL_LANES_INLINE Doubles SquareRoot(Doubles value) {
+#if defined(__SSE2__)
+    return _mm_sqrt_pd(value);
+#elif defined(__aarch64__)
+    return vsqrtq_f64(value);
+#else
+    return Doubles{std::sqrt(value[0]), std::sqrt(value[1])};
 #endif
   }
 
@@ -95,6 +137,21 @@ struct TwoLanes {
     return Doubles{points[0].latitude, points[1].latitude};
   }
 
+  /// The segments from points[0] to points[1] and from points[kStride] to points[kStride + 1]: with a stride of 1 two
+  /// steps of a line, with 2 two pairs. The points may be pointers to points. Differences and sums are taken while a point's coordinates stand side by side;
+  /// that leaves three shuffles.
+  template <std::size_t kStride, class Point>
+  VOREL_LANES_INLINE Segments<Doubles> LoadSegments(const Point* points) {
+    const Doubles start0 = LoadPoint(points[0]);
+    const Doubles end0 = LoadPoint(points[1]);
+    const Doubles start1 = LoadPoint(points[kStride]);
+    const Doubles end1 = LoadPoint(points[kStride + 1]);
+    Segments<Doubles> segments;
+    Split(end0 - start0, end1 - start1, segments.longitudeDifference, segments.latitudeDifference);
+    segments.latitudeSum = SecondOfEach(start0 + end0, start1 + end1);
+    return segments;
+  }
+
   VOREL_LANES_INLINE bool InAny(Flags flags) {
     return InAnyLane(flags);
   }
@@ -109,7 +166,10 @@ struct TwoLanes {
   VOREL_LANES_INLINE void Split(TwoDoubles first, TwoDoubles second, Doubles& longitudes,
                                 Doubles& latitudes) {
     longitudes = Doubles{first[0], second[0]};
-    latitudes = Doubles{first[1], second[1]};
+    latitudes = SecondOfEach(first, second);
+  }
+  VOREL_LANES_INLINE Doubles SecondOfEach(Doubles first, Doubles second) {
+    return Doubles{first[1], second[1]};
   }
 };
 
@@ -128,6 +188,11 @@ struct FourLanes {
   VOREL_LANES_INLINE Flags Equal(Doubles a, Doubles b) {
     return reinterpret_cast<Flags>(_mm256_cmp_pd(a, b, _CMP_EQ_OQ));
   }
+  VOREL_LANES_INLINE Flags LessOrEqual(Doubles a, Doubles b) {
+    return reinterpret_cast<Flags>(_mm256_cmp_pd(a, b, _CMP_LE_OQ));
+  }
+
+  VOREL_LANES_INLINE Doubles SquareRoot(Doubles value) { return _mm256_sqrt_pd(value); }
 
   VOREL_LANES_INLINE Doubles Smaller(Doubles a, Doubles b) { return _mm256_min_pd(a, b); }
   VOREL_LANES_INLINE Doubles Larger(Doubles a, Doubles b) { return _mm256_max_pd(a, b); }
@@ -137,12 +202,24 @@ struct FourLanes {
   }
   VOREL_LANES_INLINE void Gather(const tarvo::GeoCoordinate* const* points, Doubles& longitudes,
                                  Doubles& latitudes) {
-    Split(_mm256_set_m128d(LoadPoint(*points[1]), LoadPoint(*points[0])),
-          _mm256_set_m128d(LoadPoint(*points[3]), LoadPoint(*points[2])), longitudes, latitudes);
+    Split(Pair(*points[0], *points[1]), Pair(*points[2], *points[3]), longitudes, latitudes);
   }
 
   VOREL_LANES_INLINE Doubles LoadLatitudes(const tarvo::GeoCoordinate* points) {
     return _mm256_unpackhi_pd(LoadTwo(points), LoadTwo(points + 2));
+  }
+
+  /// As with two lanes. Every other segment stands side by side, so that these come in order.
+  template <std::size_t kStride, class Point>
+  VOREL_LANES_INLINE Segments<Doubles> LoadSegments(const Point* points) {
+    const Doubles starts02 = Pair(points[0], points[2 * kStride]);
+    const Doubles ends02 = Pair(points[1], points[2 * kStride + 1]);
+    const Doubles starts13 = Pair(points[kStride], points[3 * kStride]);
+    const Doubles ends13 = Pair(points[kStride + 1], points[3 * kStride + 1]);
+    Segments<Doubles> segments;
+    Split(ends02 - starts02, ends13 - starts13, segments.longitudeDifference, segments.latitudeDifference);
+    segments.latitudeSum = _mm256_unpackhi_pd(starts02 + ends02, starts13 + ends13);
+    return segments;
   }
 
   VOREL_LANES_INLINE bool InAny(Flags flags) { return Signs(flags) != 0; }
@@ -156,6 +233,10 @@ struct FourLanes {
     Doubles lanes;
     __builtin_memcpy(&lanes, points, sizeof lanes);
     return lanes;
+  }
+  template <class Point>
+  VOREL_LANES_INLINE Doubles Pair(const Point& low, const Point& high) {
+    return _mm256_set_m128d(LoadPoint(high), LoadPoint(low));
   }
   VOREL_LANES_INLINE int Signs(Flags flags) { return _mm256_movemask_pd(reinterpret_cast<Doubles>(flags)); }
   VOREL_LANES_INLINE void Split(Doubles first, Doubles second, Doubles& longitudes, Doubles& latitudes) {

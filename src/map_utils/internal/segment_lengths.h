@@ -5,6 +5,8 @@
 #include <cstddef>
 
 #include "base/geo_coordinate.h"
+#include "base/geodesy/distance.h"
+#include "map_utils/internal/segment_kernel.h"
 
 namespace vorel {
 namespace internal {
@@ -24,12 +26,42 @@ constexpr std::size_t kSegmentsInFirstBlock = 8;
 /// lengths[i] = length in metres of the segment from points[i] to points[i + 1], for i = 0 .. segmentCount - 1.
 /// @param points  segmentCount + 1 points, degrees, any values
 void StoreSegmentLengths(const tarvo::GeoCoordinate* points, std::size_t segmentCount, double* lengths);
-void StoreSegmentLengths(const tarvo::GeoCoordinateZ* points, std::size_t segmentCount, double* lengths);
+
+/// lengths[i] = metres from *points[2 * i] to *points[2 * i + 1], for i = 0 .. pairCount - 1.
+/// @param points  2 * pairCount pointers to points, degrees, any values
+void StorePairLengths(const tarvo::GeoCoordinate* const* points, std::size_t pairCount, double* lengths);
+
+/// sums[i] = `metres` plus the lengths of the segments 0 .. i, added one by one in order.
+/// @param points  segmentCount + 1 points, as in all that follow
+/// @return the last sum; `metres` without a segment
+double StoreSegmentSums(const tarvo::GeoCoordinate* points, std::size_t segmentCount, double metres,
+                        double* sums);
 
 /// `length` plus the lengths of the segments, added one by one in order.
-/// @param points  segmentCount + 1 points, degrees, any values
 double AddSegmentLengths(const tarvo::GeoCoordinate* points, std::size_t segmentCount, double length);
 double AddSegmentLengths(const tarvo::GeoCoordinateZ* points, std::size_t segmentCount, double length);
+
+/// As WalkSegmentsBelow, by the kernel from the first segment on.
+LimitedWalk WalkManySegmentsBelow(const tarvo::GeoCoordinate* points, std::size_t segmentCount, double metres,
+                                  double limit);
+LimitedWalk WalkManySegmentsBelow(const tarvo::GeoCoordinateZ* points, std::size_t segmentCount,
+                                  double metres, double limit);
+
+/// Walks along the segments while `limit` > `metres` plus their lengths, added one by one in order; a NaN ends it. Hardly
+/// dearer than the bare sum; measures at most three vectors of segments more than a walk one by one.
+/// @param metres  where the walk begins
+template <class Point>
+inline LimitedWalk WalkSegmentsBelow(const Point* points, std::size_t segmentCount, double metres,
+                                     double limit) {
+  if (segmentCount >= kFewSegments) return WalkManySegmentsBelow(points, segmentCount, metres, limit);
+  for (std::size_t i = 0; i < segmentCount; ++i) {
+    const double length = tarvo::geodesy::Distance(points[i], points[i + 1]);
+    const double reached = metres + length;
+    if (!(limit > reached)) return {i, metres, length};
+    metres = reached;
+  }
+  return {segmentCount, metres, 0.0};
+}
 
 /// Walks the segments of a line in order, a block at a time: visit(i, count, lengths) is told the lengths of `count`
 /// segments, the first of which starts at points[i], for the segments from points[first] to points[last], until it
@@ -40,34 +72,25 @@ void WalkSegments(const Point* points, std::size_t first, std::size_t last, Visi
   std::size_t blockSize = kSegmentsInFirstBlock;
   while (first < last) {
     const std::size_t count = std::min(last - first, blockSize);
-    StoreSegmentLengths(points + first, count, lengths);
+    if (count >= kFewSegments) {
+      StoreSegmentLengths(points + first, count, lengths);
+    } else {
+      for (std::size_t i = 0; i < count; ++i) {
+        lengths[i] = tarvo::geodesy::Distance(points[first + i], points[first + i + 1]);
+      }
+    }
     if (!visit(first, count, static_cast<const double*>(lengths))) return;
     first += count;
     blockSize = std::min(2 * blockSize, kSegmentsPerBlock);
   }
 }
 
-/// One way to measure. Its functions measure the leading segments, whole vectors at a time, stop before the first
-/// vector in which a segment is not near, and return the number measured; with none left over when all are near and
-/// there is a whole vector of them.
-struct SegmentKernel {
-  std::size_t lanes;  ///< segments of one vector
-  std::size_t (*storeLengths)(const tarvo::GeoCoordinate* points, std::size_t segmentCount, double* lengths);
-  std::size_t (*storeLengthsZ)(const tarvo::GeoCoordinateZ* points, std::size_t segmentCount,
-                               double* lengths);
-  std::size_t (*addLengths)(const tarvo::GeoCoordinate* points, std::size_t segmentCount, double& length);
-  std::size_t (*addLengthsZ)(const tarvo::GeoCoordinateZ* points, std::size_t segmentCount, double& length);
-};
-
 /// The forms by the number of segments they measure at once: 1 is the scalar distance, 2 SSE2 or NEON, 4 AVX2.
-/// Null for one that the compiler or the machine does not have.
+/// Null for one that the machine does not have.
 const SegmentKernel* FindSegmentKernel(std::size_t lanes);
 
 /// For tests and benchmarks: measures with this form from now on; null lets the library choose again.
 void ForceSegmentKernel(const SegmentKernel* kernel);
-
-/// The form for machines with AVX2, null where it was not compiled; callers ask the machine first.
-const SegmentKernel* Avx2SegmentKernel();
 
 }  // namespace internal
 }  // namespace vorel

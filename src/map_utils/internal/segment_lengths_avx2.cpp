@@ -1,15 +1,16 @@
 #include "base/strict_floating_point.h"
 
 // The form of the segment lengths for machines with AVX2, compiled for them whatever the flags: four segments at a
-// time. Empty on other architectures. All standard headers come before the pragma, for what they define is shared.
+// time. Without code on other architectures. What it includes before the pragma is shared with other sources and stays
+// as they have it.
 
-#include "map_utils/internal/segment_lengths.h"
+#include "map_utils/internal/segment_kernel.h"
 
-#if defined(__GNUC__) && (defined(__x86_64__) || defined(__i386__))
+#if defined(__x86_64__)
 
 #include <immintrin.h>
 
-#define VOREL_KERNEL_FOUR_LANES
+#define VOREL_FOUR_LANES
 
 #if defined(__clang__)
 #pragma clang attribute push(__attribute__((target("avx2"))), apply_to = function)
@@ -20,12 +21,10 @@
 
 #include "map_utils/internal/segment_lengths_kernel.h"
 
-#ifdef VOREL_HAVE_SEGMENT_VECTORS
 namespace {
 constexpr vorel::internal::SegmentKernel kAvx2Kernel =
     vorel::internal::MakeSegmentKernel<vorel::internal::FourLanes>();
 }  // namespace
-#endif
 
 #if defined(__clang__)
 #pragma clang attribute pop
@@ -39,7 +38,7 @@ namespace vorel {
 namespace internal {
 
 const SegmentKernel* Avx2SegmentKernel() {
-#if defined(VOREL_KERNEL_FOUR_LANES) && defined(VOREL_HAVE_SEGMENT_VECTORS)
+#if defined(__x86_64__)
   return &kAvx2Kernel;
 #else
   return nullptr;

@@ -9,32 +9,14 @@
 // tarvo::geodesy::IsNear; all others are left to the scalar distance. The test here is stricter and cheaper than
 // IsNear: see kNearSquare.
 //
-// Included by sources that are compiled for one instruction set each, after the pragma that selects it. Everything in
-// here has internal linkage, so that the linker cannot take a copy made for one instruction set in place of another.
-
-#if defined(__has_builtin)
-#if __has_builtin(__builtin_shufflevector)
-#if defined(__SSE2__) || defined(__aarch64__)
-#define VOREL_HAVE_SEGMENT_VECTORS
-#endif
-#endif
-#endif
-
-#ifdef VOREL_HAVE_SEGMENT_VECTORS
+// Included by sources that are compiled for one instruction set each; internal linkage as in lanes.h.
 
 #include <cstddef>
 
 #include "base/geo_coordinate.h"
 #include "base/geodesy/near_series.h"
-#include "map_utils/internal/segment_lengths.h"
-
-#if defined(__SSE2__)
-#include <immintrin.h>
-#else
-#include <arm_neon.h>
-#endif
-
-#define VOREL_KERNEL_INLINE static inline __attribute__((always_inline))
+#include "map_utils/internal/lanes.h"
+#include "map_utils/internal/segment_kernel.h"
 
 namespace vorel {
 namespace internal {
@@ -49,90 +31,6 @@ constexpr double kLatitudeSumSquare = 179.5 * 179.5;
 static_assert(kNearSquare < 0.999 * tarvo::geodesy::kNearLimit * tarvo::geodesy::kNearLimit,
               "room for the rounding of squares and their sum");
 
-using Pair = double __attribute__((vector_size(16)));  // longitude and latitude of one point
-
-VOREL_KERNEL_INLINE Pair LoadPoint(const tarvo::GeoCoordinate& point) {
-  Pair pair;
-  __builtin_memcpy(&pair, &point, sizeof pair);
-  return pair;
-}
-
-/// What the distances of neighbouring points are made of, one segment per lane.
-template <class Doubles>
-struct Differences {
-  Doubles longitude;
-  Doubles latitude;
-  Doubles latitudeSum;
-};
-
-/// Two segments at a time: the lanes of SSE2 and NEON.
-struct TwoLanes {
-  using Doubles = Pair;
-  using Mask = long long __attribute__((vector_size(16)));
-  static constexpr std::size_t kCount = 2;
-
-  /// Differences and sums are taken while a point's coordinates stand side by side; that leaves three shuffles.
-  template <class Point>
-  VOREL_KERNEL_INLINE Differences<Doubles> Load(const Point* points) {
-    const Pair point0 = LoadPoint(points[0]);
-    const Pair point1 = LoadPoint(points[1]);
-    const Pair point2 = LoadPoint(points[2]);
-    const Pair difference0 = point1 - point0;
-    const Pair difference1 = point2 - point1;
-    return {__builtin_shufflevector(difference0, difference1, 0, 2),
-            __builtin_shufflevector(difference0, difference1, 1, 3),
-            __builtin_shufflevector(point0 + point1, point1 + point2, 1, 3)};
-  }
-
-#if defined(__SSE2__)
-  VOREL_KERNEL_INLINE Doubles SquareRoot(Doubles value) {
-    return _mm_sqrt_pd(value);
-  }
-  VOREL_KERNEL_INLINE bool IsAllSet(Mask mask) {
-    return _mm_movemask_pd(reinterpret_cast<__m128d>(mask)) == 3;
-  }
-#else
-  VOREL_KERNEL_INLINE Doubles SquareRoot(Doubles value) {
-    return vsqrtq_f64(value);
-  }
-  VOREL_KERNEL_INLINE bool IsAllSet(Mask mask) {
-    return vminvq_u32(reinterpret_cast<uint32x4_t>(mask)) != 0;
-  }
-#endif
-};
-
-#ifdef VOREL_KERNEL_FOUR_LANES
-/// Four segments at a time: AVX2.
-struct FourLanes {
-  using Doubles = double __attribute__((vector_size(32)));
-  using Mask = long long __attribute__((vector_size(32)));
-  static constexpr std::size_t kCount = 4;
-
-  template <class Point>
-  VOREL_KERNEL_INLINE Doubles LoadPoints(const Point& low, const Point& high) {
-    return __builtin_shufflevector(LoadPoint(low), LoadPoint(high), 0, 1, 2, 3);
-  }
-
-  /// As with two lanes, with every other segment side by side, so that the shuffles leave them in order.
-  template <class Point>
-  VOREL_KERNEL_INLINE Differences<Doubles> Load(const Point* points) {
-    const Doubles points02 = LoadPoints(points[0], points[2]);
-    const Doubles points13 = LoadPoints(points[1], points[3]);
-    const Doubles points24 = LoadPoints(points[2], points[4]);
-    const Doubles difference02 = points13 - points02;
-    const Doubles difference13 = points24 - points13;
-    return {__builtin_shufflevector(difference02, difference13, 0, 4, 2, 6),
-            __builtin_shufflevector(difference02, difference13, 1, 5, 3, 7),
-            __builtin_shufflevector(points02 + points13, points13 + points24, 1, 5, 3, 7)};
-  }
-
-  VOREL_KERNEL_INLINE Doubles SquareRoot(Doubles value) { return _mm256_sqrt_pd(value); }
-  VOREL_KERNEL_INLINE bool IsAllSet(Mask mask) {
-    return _mm256_movemask_pd(reinterpret_cast<__m256d>(mask)) == 15;
-  }
-};
-#endif
-
 /// A vector of segments on its way: measured up to the squared cosine of the mid latitudes.
 template <class Doubles>
 struct BegunSegments {
@@ -143,89 +41,154 @@ struct BegunSegments {
 
 /// Begins the first segments, as many as a vector holds. False when one of them may not be near; then `begun` means
 /// nothing.
-template <class Lanes, class Point>
-VOREL_KERNEL_INLINE bool Begin(const Point* points, BegunSegments<typename Lanes::Doubles>& begun) {
+template <class Lanes, std::size_t kStride, class Point>
+VOREL_LANES_INLINE bool Begin(const Point* points, BegunSegments<typename Lanes::Doubles>& begun) {
   using Doubles = typename Lanes::Doubles;
-  const Differences<Doubles> d = Lanes::Load(points);
-  begun = {d.latitude, d.longitude, tarvo::geodesy::CosSquaredOfMidLatitude<Doubles>(d.latitudeSum)};
-  const typename Lanes::Mask isNear = d.latitude * d.latitude + d.longitude * d.longitude <= kNearSquare;
-  const typename Lanes::Mask isOffThePoles = d.latitudeSum * d.latitudeSum <= kLatitudeSumSquare;
-  return Lanes::IsAllSet(isNear & isOffThePoles);
+  const Segments<Doubles> s = Lanes::template LoadSegments<kStride>(points);
+  begun = {s.latitudeDifference, s.longitudeDifference,
+           tarvo::geodesy::CosSquaredOfMidLatitude<Doubles>(s.latitudeSum)};
+  const Doubles square =
+      s.latitudeDifference * s.latitudeDifference + s.longitudeDifference * s.longitudeDifference;
+  return Lanes::InEach(Lanes::LessOrEqual(square, Lanes::All(kNearSquare)) &
+                       Lanes::LessOrEqual(s.latitudeSum * s.latitudeSum, Lanes::All(kLatitudeSumSquare)));
 }
 
 template <class Lanes>
-VOREL_KERNEL_INLINE typename Lanes::Doubles Finish(const BegunSegments<typename Lanes::Doubles>& begun) {
+VOREL_LANES_INLINE typename Lanes::Doubles Finish(const BegunSegments<typename Lanes::Doubles>& begun) {
   return Lanes::SquareRoot(tarvo::geodesy::NearSquaredDistanceAtCosSquared<typename Lanes::Doubles>(
       begun.latitudeDifference, begun.longitudeDifference, begun.cosSquared));
 }
 
+/// Segment i runs from points[kStride * i] to the next point: 1 for a line, 2 for pairs.
+///
 /// Measures segments until a vector has one that may not be near, and returns how many: take(i, firstLane, lengths) is
-/// told, in order, the lengths of the segments i + firstLane, ... that the lanes from `firstLane` on hold. Segments
-/// that do not fill a vector are measured in one that reaches back over segments that were taken before.
+/// told, in order, the lengths of the segments i + firstLane, ... that the lanes from `firstLane` on hold, and returns
+/// the number of lanes, or the first one that it leaves; there the measuring ends. Segments that do not fill a vector
+/// are measured in one that reaches back over segments that were taken before.
 ///
 /// One vector begins while the one before it finishes: the chain of dependent operations of one vector is longer than
 /// what a processor looks ahead, so two halves of it that do not wait for one another fill its units better.
-template <class Lanes, class Point, class Take>
-VOREL_KERNEL_INLINE std::size_t MeasureNearSegments(const Point* points, std::size_t segmentCount,
-                                                    Take take) {
+template <class Lanes, std::size_t kStride = 1, class Point, class Take>
+VOREL_LANES_INLINE std::size_t MeasureNearSegments(const Point* points, std::size_t segmentCount, Take take) {
   if (segmentCount < Lanes::kCount) return 0;
   BegunSegments<typename Lanes::Doubles> current;
-  if (!Begin<Lanes>(points, current)) return 0;
+  if (!Begin<Lanes, kStride>(points, current)) return 0;
   const std::size_t last = segmentCount - Lanes::kCount;
   std::size_t position = 0;
   std::size_t taken = 0;
   while (position < last) {
     const std::size_t nextPosition = position + Lanes::kCount < last ? position + Lanes::kCount : last;
     BegunSegments<typename Lanes::Doubles> next;
-    const bool isNextNear = Begin<Lanes>(points + nextPosition, next);
-    take(position, 0, Finish<Lanes>(current));
-    taken = position + Lanes::kCount;
-    if (!isNextNear) return taken;
+    const bool isNextNear = Begin<Lanes, kStride>(points + kStride * nextPosition, next);
+    const std::size_t lanesTaken = take(position, 0, Finish<Lanes>(current));
+    taken = position + lanesTaken;
+    if (lanesTaken < Lanes::kCount || !isNextNear) return taken;
     current = next;
     position = nextPosition;
   }
-  take(position, taken - position, Finish<Lanes>(current));
-  return segmentCount;
+  return position + take(position, taken - position, Finish<Lanes>(current));
 }
 
-template <class Lanes, class Point>
-std::size_t StoreNearLengths(const Point* points, std::size_t segmentCount, double* lengths) {
-  return MeasureNearSegments<Lanes>(
-      points, segmentCount,
-      [lengths](std::size_t i, std::size_t, const typename Lanes::Doubles& some)
-          __attribute__((always_inline)) { __builtin_memcpy(lengths + i, &some, sizeof some); });
+/// Calls use(lane, length) for the lanes from `firstLane` on, in order. The usual first lane 0 costs no detour.
+template <class Lanes, class Use>
+VOREL_LANES_INLINE void ForEachLane(const typename Lanes::Doubles& lengths, std::size_t firstLane, Use use) {
+  if (firstLane == 0) {
+    for (std::size_t lane = 0; lane < Lanes::kCount; ++lane) use(lane, lengths[lane]);
+  } else {
+    double stored[Lanes::kCount];
+    __builtin_memcpy(stored, &lengths, sizeof lengths);
+    for (std::size_t lane = firstLane; lane < Lanes::kCount; ++lane) use(lane, stored[lane]);
+  }
 }
 
+/// The functions of a SegmentKernel.
 template <class Lanes, class Point>
-std::size_t AddNearLengths(const Point* points, std::size_t segmentCount, double& length) {
-  double sum = length;
-  const std::size_t measured = MeasureNearSegments<Lanes>(
-      points, segmentCount,
-      [&sum](std::size_t, std::size_t firstLane, const typename Lanes::Doubles& some)
-          __attribute__((always_inline)) {
-            if (firstLane == 0) {
-              for (std::size_t lane = 0; lane < Lanes::kCount; ++lane) sum = sum + some[lane];
-            } else {
-              double lengths[Lanes::kCount];
-              __builtin_memcpy(lengths, &some, sizeof some);
-              for (std::size_t lane = firstLane; lane < Lanes::kCount; ++lane) sum = sum + lengths[lane];
-            }
-          });
-  length = sum;
-  return measured;
-}
+class NearSegments {
+ public:
+  template <std::size_t kStride>
+  static std::size_t StoreLengths(const Point* points, std::size_t segmentCount, double* lengths) {
+    return MeasureNearSegments<Lanes, kStride>(
+        points, segmentCount, [lengths](std::size_t i, std::size_t, const Doubles& some) VOREL_LANES_LAMBDA {
+          __builtin_memcpy(lengths + i, &some, sizeof some);
+          return Lanes::kCount;
+        });
+  }
+
+  static std::size_t AddLengths(const Point* points, std::size_t segmentCount, double& metres) {
+    double sum = metres;
+    const std::size_t measured = MeasureNearSegments<Lanes>(
+        points, segmentCount,
+        [&sum](std::size_t, std::size_t firstLane, const Doubles& some) VOREL_LANES_LAMBDA {
+          ForEachLane<Lanes>(some, firstLane,
+                             [&sum](std::size_t, double length) VOREL_LANES_LAMBDA { sum = sum + length; });
+          return Lanes::kCount;
+        });
+    metres = sum;
+    return measured;
+  }
+
+  static std::size_t StoreSums(const Point* points, std::size_t segmentCount, double& metres, double* sums) {
+    double sum = metres;
+    const std::size_t measured = MeasureNearSegments<Lanes>(
+        points, segmentCount,
+        [&sum, sums](std::size_t i, std::size_t firstLane, const Doubles& some) VOREL_LANES_LAMBDA {
+          ForEachLane<Lanes>(some, firstLane,
+                             [&sum, sums, i](std::size_t lane, double length) VOREL_LANES_LAMBDA {
+                               sum = sum + length;
+                               sums[i + lane] = sum;
+                             });
+          return Lanes::kCount;
+        });
+    metres = sum;
+    return measured;
+  }
+
+  /// The sums never decrease, for no length is negative and rounding keeps the order: while the last one of a vector is
+  /// below the limit, so are those before it, and one comparison per vector decides what one per segment would.
+  static std::size_t WalkBelow(const Point* points, std::size_t segmentCount, double limit,
+                               LimitedWalk& walk) {
+    double reached = walk.metres;
+    const std::size_t measured = MeasureNearSegments<Lanes>(
+        points, segmentCount,
+        [&](std::size_t, std::size_t firstLane, const Doubles& some) VOREL_LANES_LAMBDA {
+          double sum = reached;
+          ForEachLane<Lanes>(some, firstLane,
+                             [&sum](std::size_t, double length) VOREL_LANES_LAMBDA { sum = sum + length; });
+          if (limit > sum) {
+            reached = sum;
+            return Lanes::kCount;
+          }
+          double lengths[Lanes::kCount];
+          __builtin_memcpy(lengths, &some, sizeof some);
+          std::size_t lane = firstLane;
+          for (; limit > reached + lengths[lane]; ++lane) reached = reached + lengths[lane];
+          walk.nextLength = lengths[lane];
+          return lane;
+        });
+    walk.metres = reached;
+    return measured;
+  }
+
+ private:
+  using Doubles = typename Lanes::Doubles;
+};
 
 template <class Lanes>
 constexpr SegmentKernel MakeSegmentKernel() {
-  return {Lanes::kCount, StoreNearLengths<Lanes, tarvo::GeoCoordinate>,
-          StoreNearLengths<Lanes, tarvo::GeoCoordinateZ>, AddNearLengths<Lanes, tarvo::GeoCoordinate>,
-          AddNearLengths<Lanes, tarvo::GeoCoordinateZ>};
+  using Near = NearSegments<Lanes, tarvo::GeoCoordinate>;
+  using NearZ = NearSegments<Lanes, tarvo::GeoCoordinateZ>;
+  return {Lanes::kCount,
+          Near::template StoreLengths<1>,
+          NearSegments<Lanes, const tarvo::GeoCoordinate*>::template StoreLengths<2>,
+          Near::StoreSums,
+          Near::AddLengths,
+          NearZ::AddLengths,
+          Near::WalkBelow,
+          NearZ::WalkBelow};
 }
 
 }  // namespace
 }  // namespace internal
 }  // namespace vorel
-
-#endif  // VOREL_HAVE_SEGMENT_VECTORS
 
 #endif  // VOREL_MAP_UTILS_INTERNAL_SEGMENT_LENGTHS_KERNEL_H_
