@@ -279,6 +279,83 @@ TEST(ProjectionScan, InvalidPointsAtEveryPlace) {
   }
 }
 
+// The search goes by blocks of eight segments: an invalid, a far or a standing point at every place of a line of several,
+// of every length about whole blocks, with positions on the line and so far away that blocks are put off.
+TEST(ProjectionScan, OddPointsAtEveryPlaceOfABlock) {
+  const std::vector<GeoCoordinateZ> odd = {
+      {kNaN, 48.1, 0.0f},      {11.5, kNaN, 0.0f},  {kInfinity, 48.1, 0.0f}, {11.5, -kInfinity, 0.0f},
+      {11.5, 90.5, 0.0f},      {12.1, 48.1, 0.0f},  {11.5, 48.7, 0.0f},      {371.5, 48.1, 0.0f},
+      {11.5012, 48.101, 0.0f}, {11.503, 48.1, 0.0f}};
+  for (std::size_t vertexCount = 2; vertexCount <= 32; ++vertexCount) {
+    LineZ line;
+    for (std::size_t i = 0; i < vertexCount; ++i) {
+      const double step = static_cast<double>(i);
+      line.push_back({11.5 + 1e-4 * step, 48.1 + 2e-6 * step * step, 0.0f});
+    }
+    for (std::size_t place = 0; place < vertexCount; ++place) {
+      for (const GeoCoordinateZ& point : odd) {
+        const GeoCoordinateZ kept = line[place];
+        line[place] = point;
+        for (const GeoCoordinateZ& pos :
+             {GeoCoordinateZ(11.50121, 48.1003, 0.0f), GeoCoordinateZ(11.503, 48.1019, 0.0f),
+              GeoCoordinateZ(11.5, 48.11, 0.0f)}) {
+          for (const double maxDistance : {20.0, 1e9}) {
+            for (const int far : {2, kIntMax}) {
+              ASSERT_TRUE(IsAsThePlainScans(line, {pos, 0, 0.0, maxDistance, far, 45.0, 60.0}));
+              ASSERT_TRUE(IsAsThePlainScans(line, {pos, 0, 5.0, maxDistance, far, 45.0, 60.0}));
+            }
+          }
+        }
+        line[place] = kept;
+      }
+    }
+  }
+}
+
+// An invalid latitude at the start of a block must not hide that the rest of it lies out of reach of the bounds, which
+// err there: on the way from 80 degrees to the equator a degree of latitude shrinks.
+TEST(ProjectionScan, AnInvalidPointDoesNotHideThatTheOthersAreOutOfReach) {
+  for (std::size_t place = 0; place < 30; ++place) {
+    LineZ line;
+    for (std::size_t i = 0; i < 30; ++i) {
+      line.push_back({11.5 + 1e-3 * static_cast<double>(i), i < place ? -0.3 : 0.0, 0.0f});
+    }
+    line[place].latitude = kNaN;
+    for (const int far : {1, kIntMax}) {
+      ASSERT_TRUE(IsAsThePlainScans(line, {{11.5, 80.0, 0.0f}, 0, 0.0, kInfinity, far, 45.0, 400.0}))
+          << place;
+    }
+  }
+}
+
+// A ring, passed several times, is equally far from its middle everywhere but for roundings: bounds rule out next to
+// nothing, and the first of the equal segments must win.
+TEST(ProjectionScan, RingsAboutThePosition) {
+  Numbers numbers(53034);
+  for (int run = 0; run < 3000; ++run) {
+    GeoCoordinateZ centre = AnyPlace(numbers);
+    if (std::fabs(centre.latitude) > 80.0) centre.latitude = 48.1;
+    const double radius = std::fabs(numbers.Magnitude(1e-6, 0.1));  // degrees
+    const double scale = std::cos(centre.latitude * 0.017453292519943295);
+    const std::size_t vertexCount = 3 + numbers.Below(30);
+    LineZ line;
+    for (std::size_t turn = 0; turn < 3; ++turn) {
+      for (std::size_t i = 0; i < vertexCount; ++i) {
+        const double angle = 6.283185307179586 * static_cast<double>(i) / static_cast<double>(vertexCount);
+        line.push_back({centre.longitude + radius * std::sin(angle) / scale,
+                        centre.latitude + radius * std::cos(angle), 0.0f});
+      }
+    }
+    for (const int far : {0, 3, kIntMax}) {
+      for (const double maxDistance : {111000.0 * radius, 1e9}) {
+        const double heading = numbers.Between(0.0, 360.0);
+        ASSERT_TRUE(IsAsThePlainScans(line, {centre, 0, 0.0, maxDistance, far, heading, 40.0}))
+            << "run " << run;
+      }
+    }
+  }
+}
+
 // Headings a hair beside the border of the tolerance, and beside north.
 TEST(ProjectionScan, HeadingsAtTheTolerance) {
   Numbers numbers(53033);

@@ -10,6 +10,7 @@
 #include "base/geodesy/wgs84.h"
 #include "map_utils/internal/distance_bounds.h"
 #include "map_utils/internal/interpolation.h"
+#include "map_utils/internal/lanes.h"
 #include "map_utils/internal/near_bearing.h"
 
 namespace vorel {
@@ -37,10 +38,11 @@ double LongitudeScale(const GeoCoordinate& pos) {
   return std::cos(pos.latitude / 180.0 * kPi);
 }
 
+constexpr double kShortestSquaredLength = 1e-13;  // square degrees; a length of some 3 cm
+
 /// `scale` is LongitudeScale(pos), passed in so that a walk along a line computes it once.
 Projection ProjectOntoSegment(const GeoCoordinate& start, const GeoCoordinate& end, const GeoCoordinate& pos,
                               double scale) {
-  constexpr double kShortestSquaredLength = 1e-13;  // square degrees; a length of some 3 cm
   const double alongLongitude = (end.longitude - start.longitude) * scale;
   const double alongLatitude = end.latitude - start.latitude;
   const double squaredLength = alongLongitude * alongLongitude + alongLatitude * alongLatitude;
@@ -83,6 +85,13 @@ struct Offset {
   bool isInReach;  // of the bounds; false for NaN
 };
 
+/// The box around some vertices in a row as seen from the position.
+struct Box {
+  bool isInReach;       // of the bounds, and with it all points of the box
+  double reach;         // degrees
+  double lowerSquared;  // of the distance to any point of the box, square metres; 0 out of reach
+};
+
 enum class Answer { kNo, kYes, kUnknown };
 
 /// Cheap bounds of the distances about the position of a walk or a scan.
@@ -117,6 +126,75 @@ class Surroundings {
   double UpperSquared(const Offset& start, const Offset& end) const {
     return bounds_.UpperSquared(Larger(std::fabs(start.latitude), std::fabs(end.latitude)),
                                 Larger(std::fabs(start.longitude), std::fabs(end.longitude)));
+  }
+
+  /// The box around `vertexCount` vertices, both coordinates at once.
+  Box BoxAround(const GeoCoordinateZ* vertices, std::size_t vertexCount) const {
+    using internal::TwoDoubles;
+    using internal::TwoLanes;
+    TwoDoubles lowest = internal::LoadPoint(vertices[0]);
+    TwoDoubles highest = lowest;
+    TwoDoubles sum = lowest;  // the least and the largest pass over NaN
+    for (std::size_t k = 1; k < vertexCount; ++k) {
+      const TwoDoubles vertex = internal::LoadPoint(vertices[k]);
+      lowest = TwoLanes::Smaller(vertex, lowest);
+      highest = TwoLanes::Larger(vertex, highest);
+      sum += vertex;
+    }
+    const TwoDoubles pos = internal::LoadPoint(pos_);
+    const TwoDoubles toLowest = lowest - pos;
+    const TwoDoubles toHighest = highest - pos;
+    const TwoDoubles largest = TwoLanes::Larger(-toLowest, toHighest);
+    const double reach = Larger(largest[0], largest[1]);
+    if (!((reach <= reach_) & (sum[0] == sum[0]) & (sum[1] == sum[1]))) return {false, 0.0, 0.0};
+    const TwoDoubles least = TwoLanes::Larger(TwoLanes::Larger(toLowest, -toHighest), TwoLanes::All(0.0));
+    return {true, reach, bounds_.LowerSquared(least[1], least[0], reach)};
+  }
+
+  /// Of each of `segmentCount` segments whose box is in reach: the clamped ratio of the position's projection, and a lower
+  /// bound of the distance to the point there, which is tight. Two segments at a time, by the expressions of
+  /// ProjectOntoSegment and DistanceToSegment: the ratios have their bits.
+  /// @param segmentCount           at least 1
+  /// @param ratios, lowersSquared  with room for an even number
+  /// @return the least of the bounds
+  double ProjectOntoSegments(const GeoCoordinateZ* vertices, std::size_t segmentCount, double reach,
+                             double* ratios, double* lowersSquared) const {
+    using internal::TwoDoubles;
+    using internal::TwoLanes;
+    const double perLatitude = bounds_.LeastPerSquaredLatitude();
+    const double perLongitude = bounds_.LeastPerSquaredLongitude(reach);
+    TwoDoubles leastSquared = TwoLanes::All(std::numeric_limits<double>::infinity());
+    std::size_t k = 0;
+    do {
+      // The last one twice where their number is odd.
+      const std::size_t second = k + 1 < segmentCount ? k + 1 : k;
+      const GeoCoordinate* const starts[] = {&vertices[k], &vertices[second]};
+      const GeoCoordinate* const ends[] = {&vertices[k + 1], &vertices[second + 1]};
+      TwoDoubles startLongitude, startLatitude, endLongitude, endLatitude;
+      TwoLanes::Gather(starts, startLongitude, startLatitude);
+      TwoLanes::Gather(ends, endLongitude, endLatitude);
+      const TwoDoubles longitudes = endLongitude - startLongitude;
+      const TwoDoubles alongLongitude = longitudes * cosLatitude_;
+      const TwoDoubles alongLatitude = endLatitude - startLatitude;
+      const TwoDoubles squaredLength = alongLongitude * alongLongitude + alongLatitude * alongLatitude;
+      const TwoDoubles anyRatio = (alongLongitude * (cosLatitude_ * (pos_.longitude - startLongitude)) +
+                                   (pos_.latitude - startLatitude) * alongLatitude) /
+                                  squaredLength;
+      const auto isDegenerate = TwoLanes::Less(squaredLength, TwoLanes::All(kShortestSquaredLength));
+      const TwoDoubles ratio =
+          reinterpret_cast<TwoDoubles>(reinterpret_cast<internal::TwoFlags>(anyRatio) & ~isDegenerate);
+      const TwoDoubles clampedRatio =
+          TwoLanes::Smaller(TwoLanes::All(1.0), TwoLanes::Larger(TwoLanes::All(0.0), ratio));
+      const TwoDoubles toLongitude = startLongitude + clampedRatio * longitudes - pos_.longitude;
+      const TwoDoubles toLatitude = startLatitude + clampedRatio * alongLatitude - pos_.latitude;
+      const TwoDoubles lowerSquared =
+          perLatitude * (toLatitude * toLatitude) + perLongitude * (toLongitude * toLongitude);
+      __builtin_memcpy(ratios + k, &clampedRatio, sizeof clampedRatio);
+      __builtin_memcpy(lowersSquared + k, &lowerSquared, sizeof lowerSquared);
+      leastSquared = TwoLanes::Smaller(lowerSquared, leastSquared);
+      k += 2;
+    } while (k < segmentCount);
+    return Smaller(leastSquared[0], leastSquared[1]);
   }
 
   /// Whether the segment is shorter than `metres`: what its `Distance` says, which is rarely asked.
@@ -223,18 +301,162 @@ struct NearestSegmentOnHeading {
   }
 };
 
+template <class Rules>
+bool IsTooShort(const Surroundings& surroundings, const GeoCoordinate& start, const GeoCoordinate& end,
+                const Offset& startOffset, const Offset& endOffset) {
+  return Rules::kShortestSegment > 0.0 &&
+         surroundings.IsShorterThan(Rules::kShortestSegment, start, end, startOffset, endOffset);
+}
+
+/// The nearest of the segments from `first` on that count, of equally near ones the first: in any order, since a scan that
+/// nothing ends comes to the same whichever way it goes. What the best so far is to the caller, it is to the search.
+///
+/// Segments go by blocks. One whose box is surely farther than the best is passed over whole; of the others those segments
+/// are measured whose own bound leaves it open that they are nearer, that with the least bound first.
+template <class Rules>
+class NearestSearch {
+ public:
+  /// Segments per block; the last block takes up to half as many more.
+  static constexpr std::size_t kBlock = 8;
+
+  NearestSearch(const Rules& rules, const Surroundings& surroundings, const GeoCoordinate& pos, double scale,
+                const std::vector<GeoCoordinateZ>& line, std::size_t first, const Best& best)
+      : rules_(rules),
+        surroundings_(surroundings),
+        pos_(pos),
+        scale_(scale),
+        line_(line),
+        first_(first),
+        best_(best),
+        beyondBestSquared_(Bounds::SquareToExceed(best.distance)) {}
+
+  const Best& best() const { return best_; }
+
+  /// Considers all segments, those whose blocks may be nearer than a usual range first.
+  void SearchAll() {
+    const std::size_t segmentCount = line_.size() - 1 - first_;
+    if (segmentCount <= kMeasuredAtOnce) {
+      ConsiderEach(first_, segmentCount);
+      return;
+    }
+    if (segmentCount <= kLargestBlock) {
+      Consider(first_, segmentCount, BoxOfBlock(first_, segmentCount));
+      return;
+    }
+    constexpr double kUsualRange = 10.0;  // metres: finds a position on the line in one pass
+    const double usualSquared = Bounds::SquareToExceed(kUsualRange);
+    std::size_t nearestPutOff = line_.size();
+    double leastPutOffSquared = std::numeric_limits<double>::infinity();
+    ForEachBlock([&](std::size_t i, std::size_t count, const Box& box) {
+      if (!(box.lowerSquared > usualSquared)) {
+        if (!(box.lowerSquared > beyondBestSquared_)) Consider(i, count, box);
+      } else if (box.lowerSquared < leastPutOffSquared) {
+        leastPutOffSquared = box.lowerSquared;
+        nearestPutOff = i;
+      }
+    });
+    if (nearestPutOff < line_.size() && !(leastPutOffSquared > beyondBestSquared_)) {
+      SearchBeyond(usualSquared, nearestPutOff);
+    }
+  }
+
+  /// Considers the blocks whose bound exceeds a squared distance, and perhaps others. The one at the segment `nearest`
+  /// comes first, so that few others can beat it.
+  void SearchBeyond(double squared, std::size_t nearest) {
+    const std::size_t count = CountOfBlock(nearest);
+    Consider(nearest, count, BoxOfBlock(nearest, count));
+    ForEachBlock([&](std::size_t i, std::size_t blockCount, const Box& box) {
+      if (box.lowerSquared > squared && !(box.lowerSquared > beyondBestSquared_))
+        Consider(i, blockCount, box);
+    });
+  }
+
+ private:
+  using Bounds = internal::LocalDistanceBounds;
+  static constexpr std::size_t kLargestBlock = kBlock + kBlock / 2;
+  /// So few segments are sooner measured than bounded.
+  static constexpr std::size_t kMeasuredAtOnce = 2;
+
+  std::size_t CountOfBlock(std::size_t i) const {
+    const std::size_t left = line_.size() - 1 - i;
+    return left > kLargestBlock ? kBlock : left;
+  }
+
+  Box BoxOfBlock(std::size_t i, std::size_t count) const {
+    return surroundings_.BoxAround(&line_[i], count + 1);
+  }
+
+  template <class Function>
+  void ForEachBlock(const Function& function) const {
+    for (std::size_t i = first_; i + 1 < line_.size();) {
+      const std::size_t count = CountOfBlock(i);
+      function(i, count, BoxOfBlock(i, count));
+      i += count;
+    }
+  }
+
+  // Once in the program for each kind of scan, as the next one: they are long.
+  __attribute__((noinline)) void Consider(std::size_t blockStart, std::size_t count, const Box& box) {
+    const GeoCoordinateZ* vertices = &line_[blockStart];
+    if (!box.isInReach) {
+      ConsiderEach(blockStart, count);
+      return;
+    }
+    double ratios[kLargestBlock];
+    double lowersSquared[kLargestBlock];
+    const double leastSquared =
+        surroundings_.ProjectOntoSegments(vertices, count, box.reach, ratios, lowersSquared);
+    if (leastSquared > beyondBestSquared_) return;
+    std::size_t least = 0;
+    for (std::size_t k = 1; k < count; ++k) least = lowersSquared[k] == leastSquared ? k : least;
+    ConsiderSegment(blockStart + least, ratios[least]);
+    for (std::size_t k = 0; k < count; ++k) {
+      if (!(lowersSquared[k] > beyondBestSquared_) && k != least) ConsiderSegment(blockStart + k, ratios[k]);
+    }
+  }
+
+  void ConsiderEach(std::size_t start, std::size_t count) {
+    for (std::size_t i = start; i < start + count; ++i) {
+      ConsiderSegment(i,
+                      internal::ClampRatio(ProjectOntoSegment(line_[i], line_[i + 1], pos_, scale_).ratio));
+    }
+  }
+
+  __attribute__((noinline)) void ConsiderSegment(std::size_t i, double clampedRatio) {
+    const double distance = DistanceToSegment(line_[i], line_[i + 1], clampedRatio, pos_);
+    const int index = static_cast<int>(i);
+    const bool isNearer = best_.distance > distance || (best_.distance == distance && best_.index > index);
+    if (!isNearer) return;
+    const Offset start = surroundings_.OffsetOf(line_[i]);
+    const Offset end = surroundings_.OffsetOf(line_[i + 1]);
+    if (IsTooShort<Rules>(surroundings_, line_[i], line_[i + 1], start, end) ||
+        !rules_.IsEligible(surroundings_, i, start, end)) {
+      return;
+    }
+    best_ = {index, clampedRatio, distance};
+    beyondBestSquared_ = Bounds::SquareToExceed(distance);
+  }
+
+  const Rules& rules_;
+  const Surroundings& surroundings_;
+  const GeoCoordinate& pos_;
+  double scale_;
+  const std::vector<GeoCoordinateZ>& line_;
+  std::size_t first_;
+  Best best_;
+  double beyondBestSquared_;
+};
+
 /// Both scans. Their rules, plainly: segment by segment, skip a short one, project, measure, accept, become the best, or
 /// count as far; at the end report the best. Most segments are spared the projection and both distances:
 ///
+/// - A scan that neither an accepted segment nor far ones can end is a search for the nearest.
 /// - One that is surely farther than `acceptDistance` and `maxDistance` is not accepted. Once a best in range is known, it
 ///   counts as far, unless it is short, and cannot become the best. Before that it counts as nothing, and could be the
-///   best only of a scan that finds none in range: it is put off, and looked at when the scan ends like that.
+///   best only of a scan that finds none in range: it is put off, and searched when the scan ends like that. Whole blocks
+///   are put off at once.
 /// - One that is surely farther than the best and than `acceptDistance` can only count as far, and it does not if it is
 ///   surely in range.
-///
-/// The segments put off are then searched for the nearest, that with the least bound first, so that few others can beat
-/// it. Order matters no more but for equal distances, of which the first segment wins: nothing counts as far without a
-/// best in range, and the running best of the plain scan ends at the least distance whichever way it came there.
 ///
 /// "Surely" is LocalDistanceBounds' word: it compares as the measured distance would. Segments that it does not reach,
 /// all invalid ones among them, take the plain way.
@@ -243,6 +465,7 @@ bool ScanSegments(const Rules& rules, const GeoCoordinateZ& pos, const std::vect
                   int& startIndex, int& resultIndex, double& ratio, double acceptDistance, double maxDistance,
                   int maxFarSegments) {
   using Bounds = internal::LocalDistanceBounds;
+  using Search = NearestSearch<Rules>;
   if (IsNoPosition(pos) || line.empty()) return false;
   Best best{startIndex, 0.0, Rules::kNothingFound};
   const std::size_t segmentCount = line.size() - 1;
@@ -251,94 +474,101 @@ bool ScanSegments(const Rules& rules, const GeoCoordinateZ& pos, const std::vect
   if (first < segmentCount) {
     const double scale = LongitudeScale(pos);
     const Surroundings surroundings(pos, scale);
-    const auto isTooShort = [&](std::size_t i, const Offset& start, const Offset& end) {
-      return Rules::kShortestSegment > 0.0 &&
-             surroundings.IsShorterThan(Rules::kShortestSegment, line[i], line[i + 1], start, end);
-    };
-    // With so many segments tolerated the scan runs to the end whatever counts as far, and the range plays no part in
-    // what may be put off: as little as finds a position on the line in one pass.
-    constexpr double kUsualRange = 10.0;  // metres
     const bool canFarSegmentsEndScan =
         maxFarSegments < 0 || static_cast<std::size_t>(maxFarSegments) < segmentCount - first;
-    const double accept = acceptDistance > 0.0 ? acceptDistance : 0.0;  // also for NaN
-    double putOffBeyond = maxDistance > 0.0 ? maxDistance : 0.0;
-    if (!canFarSegmentsEndScan && putOffBeyond > kUsualRange) putOffBeyond = kUsualRange;
-    if (putOffBeyond < accept) putOffBeyond = accept;
-    const double putOffBeyondSquared = Bounds::SquareToExceed(putOffBeyond);
-    const double inRangeSquared = Bounds::SquareToStayBelow(maxDistance);
-    double notBestBeyondSquared = Bounds::SquareToExceed(best.distance);
-
-    double leastPutOffSquared = std::numeric_limits<double>::infinity();
-    std::size_t leastPutOff = first;
-    int farCount = 0;
-    Offset start = surroundings.OffsetOf(line[first]);
-    Offset end = start;
-    for (std::size_t i = first; i < segmentCount; ++i, start = end) {
-      end = surroundings.OffsetOf(line[i + 1]);
-      if (start.isInReach & end.isInReach && !(Rules::kRecordsFirstSegment && i == first)) {
-        const double lowerSquared = surroundings.LowerSquared(start, end);
-        const bool mayCountAsFar = canFarSegmentsEndScan && maxDistance > best.distance;
-        if (lowerSquared > putOffBeyondSquared) {
-          if (!mayCountAsFar) {
-            if (lowerSquared < leastPutOffSquared) {
-              leastPutOffSquared = lowerSquared;
-              leastPutOff = i;
-            }
-          } else if (!isTooShort(i, start, end)) {
-            if (farCount >= maxFarSegments) break;
-            ++farCount;
-          }
-          continue;
-        }
-        if (lowerSquared > notBestBeyondSquared &&
-            (!mayCountAsFar || surroundings.UpperSquared(start, end) < inRangeSquared)) {
-          continue;
-        }
-      }
-      if (isTooShort(i, start, end)) continue;
-      const Projection projection = ProjectOntoSegment(line[i], line[i + 1], pos, scale);
-      const double clampedRatio = internal::ClampRatio(projection.ratio);
-      const double distance = DistanceToSegment(line[i], line[i + 1], clampedRatio, pos);
-      // Deliberate: an early accept does not ask for the heading.
-      if (projection.code == 0 && acceptDistance > distance) {
-        startIndex = static_cast<int>(i);
-        resultIndex = static_cast<int>(i);
-        ratio = clampedRatio;
-        return true;
-      }
-      // Deliberate: the first segment scanned with headings is not asked for its own.
-      const bool isNewBest = (Rules::kRecordsFirstSegment && best.distance == Rules::kNothingFound) ||
-                             (best.distance > distance && rules.IsEligible(surroundings, i, start, end));
-      if (isNewBest) {
-        best = {static_cast<int>(i), clampedRatio, distance};
-        notBestBeyondSquared = Bounds::SquareToExceed(distance < accept ? accept : distance);
-      } else if (maxDistance > best.distance && distance > maxDistance) {
-        if (farCount >= maxFarSegments) break;
-        ++farCount;
-      }
-    }
-
-    const bool isAnyPutOff = leastPutOffSquared < std::numeric_limits<double>::infinity();
-    if (isAnyPutOff && best.distance > putOffBeyond) {
-      const auto consider = [&](std::size_t i, const Offset& from, const Offset& to) {
-        if (isTooShort(i, from, to) || !rules.IsEligible(surroundings, i, from, to)) return;
+    if (!canFarSegmentsEndScan && !(acceptDistance > 0.0)) {
+      std::size_t next = first;
+      if (Rules::kRecordsFirstSegment) {
         const double clampedRatio =
-            internal::ClampRatio(ProjectOntoSegment(line[i], line[i + 1], pos, scale).ratio);
-        const double distance = DistanceToSegment(line[i], line[i + 1], clampedRatio, pos);
-        const int index = static_cast<int>(i);
-        const bool isNearer = best.distance > distance || (best.distance == distance && best.index > index);
-        if (isNearer) best = {index, clampedRatio, distance};
-      };
-      consider(leastPutOff, surroundings.OffsetOf(line[leastPutOff]),
-               surroundings.OffsetOf(line[leastPutOff + 1]));
-      start = surroundings.OffsetOf(line[first]);
-      for (std::size_t i = first; i < segmentCount; ++i, start = end) {
-        end = surroundings.OffsetOf(line[i + 1]);
-        if (!(start.isInReach & end.isInReach) || (Rules::kRecordsFirstSegment && i == first)) continue;
-        const double lowerSquared = surroundings.LowerSquared(start, end);
-        if (lowerSquared > putOffBeyondSquared && !(lowerSquared > Bounds::SquareToExceed(best.distance))) {
-          consider(i, start, end);
+            internal::ClampRatio(ProjectOntoSegment(line[first], line[first + 1], pos, scale).ratio);
+        best = {startIndex, clampedRatio, DistanceToSegment(line[first], line[first + 1], clampedRatio, pos)};
+        ++next;
+      }
+      Search search(rules, surroundings, pos, scale, line, next, best);
+      search.SearchAll();
+      best = search.best();
+    } else {
+      const double accept = acceptDistance > 0.0 ? acceptDistance : 0.0;  // also for NaN
+      double putOffBeyond = maxDistance > 0.0 ? maxDistance : 0.0;
+      if (putOffBeyond < accept) putOffBeyond = accept;
+      const double putOffBeyondSquared = Bounds::SquareToExceed(putOffBeyond);
+      const double inRangeSquared = Bounds::SquareToStayBelow(maxDistance);
+      double notBestBeyondSquared = Bounds::SquareToExceed(best.distance);
+
+      double leastPutOffSquared = std::numeric_limits<double>::infinity();
+      std::size_t leastPutOff = first;
+      const auto putOff = [&](std::size_t i, double lowerSquared) {
+        if (lowerSquared < leastPutOffSquared) {
+          leastPutOffSquared = lowerSquared;
+          leastPutOff = i;
         }
+      };
+      int farCount = 0;
+      // A short line is sooner walked than looked at by blocks.
+      std::size_t nextBlock = segmentCount - first > 2 * Search::kBlock
+                                  ? first + (Rules::kRecordsFirstSegment ? 1 : 0)
+                                  : segmentCount;
+      Offset start = surroundings.OffsetOf(line[first]);
+      Offset end = start;
+      for (std::size_t i = first; i < segmentCount; ++i, start = end) {
+        const bool mayCountAsFar = canFarSegmentsEndScan && maxDistance > best.distance;
+        if (i == nextBlock) {
+          while (!mayCountAsFar && i + Search::kBlock <= segmentCount) {
+            const Box box = surroundings.BoxAround(&line[i], Search::kBlock + 1);
+            if (!(box.lowerSquared > putOffBeyondSquared)) break;
+            putOff(i, box.lowerSquared);
+            i += Search::kBlock;
+          }
+          if (i >= segmentCount) break;
+          if (i > nextBlock) start = surroundings.OffsetOf(line[i]);
+          nextBlock = i + Search::kBlock;
+        }
+        end = surroundings.OffsetOf(line[i + 1]);
+        if (start.isInReach & end.isInReach && !(Rules::kRecordsFirstSegment && i == first)) {
+          const double lowerSquared = surroundings.LowerSquared(start, end);
+          if (lowerSquared > putOffBeyondSquared) {
+            if (!mayCountAsFar) {
+              putOff(i, lowerSquared);
+            } else if (!IsTooShort<Rules>(surroundings, line[i], line[i + 1], start, end)) {
+              if (farCount >= maxFarSegments) break;
+              ++farCount;
+            }
+            continue;
+          }
+          if (lowerSquared > notBestBeyondSquared &&
+              (!mayCountAsFar || surroundings.UpperSquared(start, end) < inRangeSquared)) {
+            continue;
+          }
+        }
+        if (IsTooShort<Rules>(surroundings, line[i], line[i + 1], start, end)) continue;
+        const Projection projection = ProjectOntoSegment(line[i], line[i + 1], pos, scale);
+        const double clampedRatio = internal::ClampRatio(projection.ratio);
+        const double distance = DistanceToSegment(line[i], line[i + 1], clampedRatio, pos);
+        // Deliberate: an early accept does not ask for the heading.
+        if (projection.code == 0 && acceptDistance > distance) {
+          startIndex = static_cast<int>(i);
+          resultIndex = static_cast<int>(i);
+          ratio = clampedRatio;
+          return true;
+        }
+        // Deliberate: the first segment scanned with headings is not asked for its own.
+        const bool isNewBest = (Rules::kRecordsFirstSegment && best.distance == Rules::kNothingFound) ||
+                               (best.distance > distance && rules.IsEligible(surroundings, i, start, end));
+        if (isNewBest) {
+          best = {static_cast<int>(i), clampedRatio, distance};
+          notBestBeyondSquared = Bounds::SquareToExceed(distance < accept ? accept : distance);
+        } else if (maxDistance > best.distance && distance > maxDistance) {
+          if (farCount >= maxFarSegments) break;
+          ++farCount;
+        }
+      }
+
+      const bool isAnyPutOff = leastPutOffSquared < std::numeric_limits<double>::infinity();
+      if (isAnyPutOff && best.distance > putOffBeyond) {
+        Search search(rules, surroundings, pos, scale, line, first, best);
+        // What was measured already is considered once more, and changes nothing.
+        search.SearchBeyond(-1.0, leastPutOff);
+        best = search.best();
       }
     }
   }

@@ -90,9 +90,14 @@ class LocalDistanceBounds {
   /// Square metres, of differences in degrees of either sign. The distance is surely more than any `metres` with
   /// LowerSquared > SquareToExceed(metres), and surely less than any with UpperSquared < SquareToStayBelow(metres).
   double LowerSquared(double latitudes, double longitudes, double reach = kReach) const {
+    return LeastPerSquaredLatitude() * (latitudes * latitudes) +
+           LeastPerSquaredLongitude(reach) * (longitudes * longitudes);
+  }
+  /// The factors of `LowerSquared`, for callers that bound several differences of one reach at a time.
+  double LeastPerSquaredLatitude() const { return leastPerLatitude_; }
+  double LeastPerSquaredLongitude(double reach) const {
     const double leastCosSquared = cosSquared_ - kCosSquaredPerDegree * reach;
-    return leastPerLatitude_ * (latitudes * latitudes) +
-           leastPerLongitude_ * (leastCosSquared > 0.0 ? leastCosSquared : 0.0) * (longitudes * longitudes);
+    return leastPerLongitude_ * (leastCosSquared > 0.0 ? leastCosSquared : 0.0);
   }
   double UpperSquared(double latitudes, double longitudes, double reach = kReach) const {
     constexpr double kMost = kMostMetresPerDegree * kMostMetresPerDegree;

@@ -73,6 +73,14 @@ struct TwoLanes {
 
   VOREL_LANES_INLINE Doubles All(double value) { return Doubles{value, value}; }
 
+  /// Which point of a `Load` stands in each lane, counted from 0.
+  VOREL_LANES_INLINE Doubles PointsOfLanes() { return Doubles{0.0, 1.0}; }
+
+  /// Without the sign, also of NaN.
+  VOREL_LANES_INLINE Doubles Size(Doubles value) {
+    return reinterpret_cast<Doubles>(reinterpret_cast<Flags>(value) & 0x7fffffffffffffff);
+  }
+
   // The comparisons are spelled out for SSE2: g++ takes an operator that is masked afterwards for a choice, for which
   // SSE2 has no instruction, and goes lane by lane.
   VOREL_LANES_INLINE Flags Less(Doubles a, Doubles b) {
@@ -182,6 +190,10 @@ struct FourLanes {
 
   VOREL_LANES_INLINE Doubles All(double value) { return Doubles{value, value, value, value}; }
 
+  VOREL_LANES_INLINE Doubles PointsOfLanes() { return Doubles{0.0, 2.0, 1.0, 3.0}; }
+  VOREL_LANES_INLINE Doubles Size(Doubles value) {
+    return reinterpret_cast<Doubles>(reinterpret_cast<Flags>(value) & 0x7fffffffffffffff);
+  }
   VOREL_LANES_INLINE Flags Less(Doubles a, Doubles b) {
     return reinterpret_cast<Flags>(_mm256_cmp_pd(a, b, _CMP_LT_OQ));
   }

@@ -13,28 +13,30 @@ namespace internal {
 
 namespace {
 
-/// Null until the first call has chosen; every thread chooses the same.
-std::atomic<LocateInPolygon> current{nullptr};
+PolygonSide LocateTwoAtATime(const tarvo::GeoCoordinate* polygon, std::size_t vertexCount,
+                             const tarvo::GeoCoordinate& point) {
+  return PolygonKernel<TwoLanes>::Locate(polygon, vertexCount, point);
+}
 
 }  // namespace
 
+std::atomic<LocateInPolygon> currentLocateInPolygon{nullptr};
+
 LocateInPolygon FindLocateInPolygon(std::size_t lanes) {
-  if (lanes == 2) return PolygonKernel<TwoLanes>::Locate;
+  if (lanes == 2) return LocateTwoAtATime;
   if (lanes == 4 && HasAvx2()) return Avx2LocateInPolygon();
   return nullptr;
 }
 
-LocateInPolygon BestLocateInPolygon() {
-  LocateInPolygon form = current.load(std::memory_order_relaxed);
-  if (form != nullptr) return form;
-  form = FindLocateInPolygon(4);
+LocateInPolygon ChooseLocateInPolygon() {
+  LocateInPolygon form = FindLocateInPolygon(4);
   if (form == nullptr) form = FindLocateInPolygon(2);
-  current.store(form, std::memory_order_relaxed);
+  currentLocateInPolygon.store(form, std::memory_order_relaxed);
   return form;
 }
 
 void ForceLocateInPolygon(LocateInPolygon form) {
-  current.store(form, std::memory_order_relaxed);
+  currentLocateInPolygon.store(form, std::memory_order_relaxed);
 }
 
 }  // namespace internal

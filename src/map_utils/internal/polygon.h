@@ -1,6 +1,7 @@
 #ifndef VOREL_MAP_UTILS_INTERNAL_POLYGON_H_
 #define VOREL_MAP_UTILS_INTERNAL_POLYGON_H_
 
+#include <atomic>
 #include <cstddef>
 
 #include "base/geo_coordinate.h"
@@ -22,8 +23,17 @@ using LocateInPolygon = PolygonSide (*)(const tarvo::GeoCoordinate* polygon, std
 /// The form with so many edges at a time, 2 or 4; null where this machine has none.
 LocateInPolygon FindLocateInPolygon(std::size_t lanes);
 
+/// Chooses the widest form of this machine, for all calls from now on.
+LocateInPolygon ChooseLocateInPolygon();
+
+/// Null until the first call has chosen; every thread chooses the same.
+extern std::atomic<LocateInPolygon> currentLocateInPolygon;
+
 /// The widest form of this machine, chosen at the first call.
-LocateInPolygon BestLocateInPolygon();
+inline LocateInPolygon BestLocateInPolygon() {
+  const LocateInPolygon form = currentLocateInPolygon.load(std::memory_order_relaxed);
+  return form != nullptr ? form : ChooseLocateInPolygon();
+}
 
 /// For tests: what `BestLocateInPolygon` gives from now on in every thread. Null: the widest form again.
 void ForceLocateInPolygon(LocateInPolygon form);
