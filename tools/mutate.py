@@ -60,6 +60,10 @@ class ListError(Exception):
     """Something in the list, or in what it needs, that only a person can mend."""
 
 
+class KilledByCompiler(Exception):
+    """A static assertion has noticed the mutant."""
+
+
 @dataclasses.dataclass
 class Mutation:
     subject: str
@@ -352,6 +356,8 @@ def make_mutant(build, mutation, program, folder):
             command = build.compile_command(target, mutation.file, overlay, output)
             done = subprocess.run(command, cwd=build.folder, capture_output=True, text=True, check=False)
             if done.returncode != 0:
+                if re.search(r"static[ _]assert(ion)? failed", done.stderr):
+                    raise KilledByCompiler(f"by a static assertion in {os.path.basename(target)[:-2]}")
                 raise ListError(f"{mutation} does not compile:\n{done.stderr}".rstrip())
         archive = archive_of[target]
         if archive is None:
@@ -396,12 +402,15 @@ class Stage:
         for name in mutation.tests:
             test = self.build.tests[name]
             program = folder / os.path.basename(test.program)
-            if not program.exists():
-                program = make_mutant(self.build, mutation, test.program, folder)
-            if program is None:
-                continue
+            try:
+                if not program.exists():
+                    program = make_mutant(self.build, mutation, test.program, folder)
+                if program is None:
+                    continue
+                failure = failure_of(test, program, folder, self.time_limits[name])
+            except KilledByCompiler as reason:
+                failure = str(reason)
             is_reached = True
-            failure = failure_of(test, program, folder, self.time_limits[name])
             if failure:
                 break
         if not is_reached:
