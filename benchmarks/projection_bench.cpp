@@ -120,45 +120,45 @@ constexpr Scan kUnlimited{0.7, 30.0, 0.0, kAnywhere, kAny};
 void BM_ProjectionPosToLinesDistance(benchmark::State& state) {
   RunDistance(state, bench::Lane(state.range(0)), kTypical);
 }
-BENCHMARK(BM_ProjectionPosToLinesDistance)->Arg(10)->Arg(100);
+BENCHMARK(BM_ProjectionPosToLinesDistance)->Arg(10)->Arg(100)->Arg(1000);
 // Bad: the match lies at the far end, and nothing ends the scan.
 void BM_ProjectionPosToLinesDistanceWhole(benchmark::State& state) {
   RunDistance(state, bench::Lane(state.range(0)), kWhole);
 }
-BENCHMARK(BM_ProjectionPosToLinesDistanceWhole)->Arg(10)->Arg(100);
+BENCHMARK(BM_ProjectionPosToLinesDistanceWhole)->Arg(10)->Arg(100)->Arg(1000);
 // The match lies at the start, and the far segments behind it do not end the scan.
 void BM_ProjectionPosToLinesDistanceMatchAtStart(benchmark::State& state) {
   RunDistance(state, bench::Lane(state.range(0)), kMatchAtStart);
 }
-BENCHMARK(BM_ProjectionPosToLinesDistanceMatchAtStart)->Arg(10)->Arg(100);
+BENCHMARK(BM_ProjectionPosToLinesDistanceMatchAtStart)->Arg(10)->Arg(100)->Arg(1000);
 // Bad: nothing is in range, so that nothing ends the scan.
 void BM_ProjectionPosToLinesDistanceEverythingFar(benchmark::State& state) {
   RunDistance(state, bench::Lane(state.range(0)), kEverythingFar);
 }
-BENCHMARK(BM_ProjectionPosToLinesDistanceEverythingFar)->Arg(10)->Arg(100);
+BENCHMARK(BM_ProjectionPosToLinesDistanceEverythingFar)->Arg(10)->Arg(100)->Arg(1000);
 // The nearest segment at any distance.
 void BM_ProjectionPosToLinesDistanceUnlimited(benchmark::State& state) {
   RunDistance(state, bench::Lane(state.range(0)), kUnlimited);
 }
-BENCHMARK(BM_ProjectionPosToLinesDistanceUnlimited)->Arg(10)->Arg(100);
+BENCHMARK(BM_ProjectionPosToLinesDistanceUnlimited)->Arg(10)->Arg(100)->Arg(1000);
 
 void BM_ProjectionPosToLinesDistanceOrientation(benchmark::State& state) {
   RunOrientation(state, bench::Lane(state.range(0)), 45.0, kTypical);
 }
-BENCHMARK(BM_ProjectionPosToLinesDistanceOrientation)->Arg(10)->Arg(100);
+BENCHMARK(BM_ProjectionPosToLinesDistanceOrientation)->Arg(10)->Arg(100)->Arg(1000);
 // Bad: every segment is nearer than the one before, so that each needs its heading.
 void BM_ProjectionPosToLinesDistanceOrientationWhole(benchmark::State& state) {
   RunOrientation(state, bench::Lane(state.range(0)), 45.0, kWhole);
 }
-BENCHMARK(BM_ProjectionPosToLinesDistanceOrientationWhole)->Arg(10)->Arg(100);
+BENCHMARK(BM_ProjectionPosToLinesDistanceOrientationWhole)->Arg(10)->Arg(100)->Arg(1000);
 // Bad: every heading is wrong, and the first segment stays.
 void BM_ProjectionPosToLinesDistanceOrientationWrongWay(benchmark::State& state) {
   RunOrientation(state, bench::Lane(state.range(0)), 225.0, kWhole);
 }
-BENCHMARK(BM_ProjectionPosToLinesDistanceOrientationWrongWay)->Arg(10)->Arg(100);
+BENCHMARK(BM_ProjectionPosToLinesDistanceOrientationWrongWay)->Arg(10)->Arg(100)->Arg(1000);
 void BM_ProjectionPosToLinesDistanceOrientationEverythingFar(benchmark::State& state) {
   RunOrientation(state, bench::Lane(state.range(0)), 45.0, kEverythingFar);
 }
-BENCHMARK(BM_ProjectionPosToLinesDistanceOrientationEverythingFar)->Arg(10)->Arg(100);
+BENCHMARK(BM_ProjectionPosToLinesDistanceOrientationEverythingFar)->Arg(10)->Arg(100)->Arg(1000);
 
 }  // namespace

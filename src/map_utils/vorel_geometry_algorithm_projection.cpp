@@ -10,58 +10,31 @@
 #include "base/geodesy/wgs84.h"
 #include "map_utils/internal/distance_bounds.h"
 #include "map_utils/internal/interpolation.h"
-#include "map_utils/internal/lanes.h"
-#include "map_utils/internal/near_bearing.h"
+#include "map_utils/internal/nearest_search.h"
+#include "map_utils/internal/projection_bounds.h"
 
 namespace vorel {
 
 using tarvo::GeoCoordinate;
 using tarvo::GeoCoordinateZ;
 using tarvo::geodesy::kPi;
-using tarvo::geodesy::kRadiansPerDegree;
 
 namespace {
 
-/// Where a position falls along a segment, before any clamp.
-struct Projection {
-  int code;           // -1 before the segment's first point, 0 within, 1 beyond its second point
-  double ratio;       // of the way from the first point to the second
-  bool isDegenerate;  // the segment is too short to tell; code and ratio are 0
-};
+using internal::Answer;
+using internal::Best;
+using internal::Box;
+using internal::DistanceToSegment;
+using internal::IsTooShort;
+using internal::LongitudeScale;
+using internal::Offset;
+using internal::Projection;
+using internal::ProjectOntoSegment;
+using internal::Surroundings;
 
 bool IsNoPosition(const GeoCoordinate& pos) {
   return pos.longitude == 0.0 && pos.latitude == 0.0;
 }
-
-/// By how much a difference of longitudes shrinks on the local plane of a projection.
-double LongitudeScale(const GeoCoordinate& pos) {
-  return std::cos(pos.latitude / 180.0 * kPi);
-}
-
-constexpr double kShortestSquaredLength = 1e-13;  // square degrees; a length of some 3 cm
-
-/// `scale` is LongitudeScale(pos), passed in so that a walk along a line computes it once.
-Projection ProjectOntoSegment(const GeoCoordinate& start, const GeoCoordinate& end, const GeoCoordinate& pos,
-                              double scale) {
-  const double alongLongitude = (end.longitude - start.longitude) * scale;
-  const double alongLatitude = end.latitude - start.latitude;
-  const double squaredLength = alongLongitude * alongLongitude + alongLatitude * alongLatitude;
-  if (kShortestSquaredLength > squaredLength) return {0, 0.0, true};
-  const double ratio = (alongLongitude * (scale * (pos.longitude - start.longitude)) +
-                        (pos.latitude - start.latitude) * alongLatitude) /
-                       squaredLength;
-  return {ratio < 0.0 ? -1 : (ratio > 1.0 ? 1 : 0), ratio, false};
-}
-
-/// Metres from `pos` to the point at the clamped `ratio` of a segment.
-double DistanceToSegment(const GeoCoordinate& start, const GeoCoordinate& end, double ratio,
-                         const GeoCoordinate& pos) {
-  const GeoCoordinate closest(start.longitude + ratio * (end.longitude - start.longitude),
-                              start.latitude + ratio * (end.latitude - start.latitude));
-  return tarvo::geodesy::Distance(closest, pos);
-}
-
-constexpr double kShortestHeadingBase = 0.5;  // metres
 
 /// Whether the line runs, from its point `index` on, on `heading`. Its direction there is measured over more than half
 /// a metre, for shorter steps of a digitised line point anywhere; a line that ends before that matches itself.
@@ -69,7 +42,7 @@ bool HeadingMatches(const std::vector<GeoCoordinateZ>& line, std::size_t index, 
                     double headingTolerance) {
   double segmentHeading = heading;
   for (std::size_t k = index + 1; k < line.size(); ++k) {
-    if (tarvo::geodesy::Distance(line[index], line[k]) > kShortestHeadingBase) {
+    if (tarvo::geodesy::Distance(line[index], line[k]) > internal::kShortestHeadingBase) {
       segmentHeading = tarvo::kx::GeoUtils::GetRadianNorth(line[index], line[k]) / kPi * 180.0;
       break;
     }
@@ -77,197 +50,6 @@ bool HeadingMatches(const std::vector<GeoCoordinateZ>& line, std::size_t index, 
   const double difference = std::fabs(segmentHeading - heading);
   return headingTolerance > difference || difference > 360.0 - headingTolerance;
 }
-
-/// A vertex of a line as seen from the position, degrees.
-struct Offset {
-  double longitude;
-  double latitude;
-  bool isInReach;  // of the bounds; false for NaN
-};
-
-/// The box around some vertices in a row as seen from the position.
-struct Box {
-  bool isInReach;       // of the bounds, and with it all points of the box
-  double reach;         // degrees
-  double lowerSquared;  // of the distance to any point of the box, square metres; 0 out of reach
-};
-
-enum class Answer { kNo, kYes, kUnknown };
-
-/// Cheap bounds of the distances about the position of a walk or a scan.
-class Surroundings {
- public:
-  /// @param scale  LongitudeScale(pos)
-  Surroundings(const GeoCoordinate& pos, double scale)
-      : pos_(pos),
-        bounds_(scale),
-        cosLatitude_(scale),
-        // A position that cannot be a centre has nothing in reach.
-        reach_(internal::LocalDistanceBounds::CanBeCentre(pos) ? internal::LocalDistanceBounds::kReach
-                                                               : -1.0) {}
-
-  Offset OffsetOf(const GeoCoordinate& vertex) const {
-    const double longitude = vertex.longitude - pos_.longitude;
-    const double latitude = vertex.latitude - pos_.latitude;
-    const bool isInReach = (std::fabs(longitude) <= reach_) & (std::fabs(latitude) <= reach_);
-    return {longitude, latitude, isInReach};
-  }
-
-  // The next two bound the distance of the position to every point of a segment in reach, by the nearest and the
-  // farthest point of the box around it: whatever the projection and its roundings make of the closest point.
-
-  double LowerSquared(const Offset& start, const Offset& end) const {
-    const double reach = Larger(Larger(std::fabs(start.latitude), std::fabs(end.latitude)),
-                                Larger(std::fabs(start.longitude), std::fabs(end.longitude)));
-    return bounds_.LowerSquared(LeastSize(start.latitude, end.latitude),
-                                LeastSize(start.longitude, end.longitude), reach);
-  }
-
-  double UpperSquared(const Offset& start, const Offset& end) const {
-    return bounds_.UpperSquared(Larger(std::fabs(start.latitude), std::fabs(end.latitude)),
-                                Larger(std::fabs(start.longitude), std::fabs(end.longitude)));
-  }
-
-  /// The box around `vertexCount` vertices, both coordinates at once.
-  Box BoxAround(const GeoCoordinateZ* vertices, std::size_t vertexCount) const {
-    using internal::TwoDoubles;
-    using internal::TwoLanes;
-    TwoDoubles lowest = internal::LoadPoint(vertices[0]);
-    TwoDoubles highest = lowest;
-    TwoDoubles sum = lowest;  // the least and the largest pass over NaN
-    for (std::size_t k = 1; k < vertexCount; ++k) {
-      const TwoDoubles vertex = internal::LoadPoint(vertices[k]);
-      lowest = TwoLanes::Smaller(vertex, lowest);
-      highest = TwoLanes::Larger(vertex, highest);
-      sum += vertex;
-    }
-    const TwoDoubles pos = internal::LoadPoint(pos_);
-    const TwoDoubles toLowest = lowest - pos;
-    const TwoDoubles toHighest = highest - pos;
-    const TwoDoubles largest = TwoLanes::Larger(-toLowest, toHighest);
-    const double reach = Larger(largest[0], largest[1]);
-    if (!((reach <= reach_) & (sum[0] == sum[0]) & (sum[1] == sum[1]))) return {false, 0.0, 0.0};
-    const TwoDoubles least = TwoLanes::Larger(TwoLanes::Larger(toLowest, -toHighest), TwoLanes::All(0.0));
-    return {true, reach, bounds_.LowerSquared(least[1], least[0], reach)};
-  }
-
-  /// Of each of `segmentCount` segments whose box is in reach: the clamped ratio of the position's projection, and a lower
-  /// bound of the distance to the point there, which is tight. Two segments at a time, by the expressions of
-  /// ProjectOntoSegment and DistanceToSegment: the ratios have their bits.
-  /// @param segmentCount           at least 1
-  /// @param ratios, lowersSquared  with room for an even number
-  /// @return the least of the bounds
-  double ProjectOntoSegments(const GeoCoordinateZ* vertices, std::size_t segmentCount, double reach,
-                             double* ratios, double* lowersSquared) const {
-    using internal::TwoDoubles;
-    using internal::TwoLanes;
-    const double perLatitude = bounds_.LeastPerSquaredLatitude();
-    const double perLongitude = bounds_.LeastPerSquaredLongitude(reach);
-    TwoDoubles leastSquared = TwoLanes::All(std::numeric_limits<double>::infinity());
-    std::size_t k = 0;
-    do {
-      // The last one twice where their number is odd.
-      const std::size_t second = k + 1 < segmentCount ? k + 1 : k;
-      const GeoCoordinate* const starts[] = {&vertices[k], &vertices[second]};
-      const GeoCoordinate* const ends[] = {&vertices[k + 1], &vertices[second + 1]};
-      TwoDoubles startLongitude, startLatitude, endLongitude, endLatitude;
-      TwoLanes::Gather(starts, startLongitude, startLatitude);
-      TwoLanes::Gather(ends, endLongitude, endLatitude);
-      const TwoDoubles longitudes = endLongitude - startLongitude;
-      const TwoDoubles alongLongitude = longitudes * cosLatitude_;
-      const TwoDoubles alongLatitude = endLatitude - startLatitude;
-      const TwoDoubles squaredLength = alongLongitude * alongLongitude + alongLatitude * alongLatitude;
-      const TwoDoubles anyRatio = (alongLongitude * (cosLatitude_ * (pos_.longitude - startLongitude)) +
-                                   (pos_.latitude - startLatitude) * alongLatitude) /
-                                  squaredLength;
-      const auto isDegenerate = TwoLanes::Less(squaredLength, TwoLanes::All(kShortestSquaredLength));
-      const TwoDoubles ratio =
-          reinterpret_cast<TwoDoubles>(reinterpret_cast<internal::TwoFlags>(anyRatio) & ~isDegenerate);
-      const TwoDoubles clampedRatio =
-          TwoLanes::Smaller(TwoLanes::All(1.0), TwoLanes::Larger(TwoLanes::All(0.0), ratio));
-      const TwoDoubles toLongitude = startLongitude + clampedRatio * longitudes - pos_.longitude;
-      const TwoDoubles toLatitude = startLatitude + clampedRatio * alongLatitude - pos_.latitude;
-      const TwoDoubles lowerSquared =
-          perLatitude * (toLatitude * toLatitude) + perLongitude * (toLongitude * toLongitude);
-      __builtin_memcpy(ratios + k, &clampedRatio, sizeof clampedRatio);
-      __builtin_memcpy(lowersSquared + k, &lowerSquared, sizeof lowerSquared);
-      leastSquared = TwoLanes::Smaller(lowerSquared, leastSquared);
-      k += 2;
-    } while (k < segmentCount);
-    return Smaller(leastSquared[0], leastSquared[1]);
-  }
-
-  /// Whether the segment is shorter than `metres`: what its `Distance` says, which is rarely asked.
-  bool IsShorterThan(double metres, const GeoCoordinate& start, const GeoCoordinate& end,
-                     const Offset& startOffset, const Offset& endOffset) const {
-    const bool isSurelyLonger = startOffset.isInReach && endOffset.isInReach &&
-                                bounds_.LowerSquared(endOffset.latitude - startOffset.latitude,
-                                                     endOffset.longitude - startOffset.longitude) >
-                                    internal::LocalDistanceBounds::SquareToExceed(metres);
-    return !isSurelyLonger && tarvo::geodesy::Distance(start, end) < metres;
-  }
-
-  /// What HeadingMatches says of a segment in reach, where a cheap bearing of that segment tells for sure.
-  ///
-  /// The sine and cosine at the segment's points come from the position's by two terms of Taylor's series, with errors
-  /// below 1.1e-7, or a relative 6.4e-6 at 89 degrees. They turn the bearing by less than 7e-6, the two ways to
-  /// subtract longitudes in radians by less than 2e-8 for half a metre: together less than 0.001 degree.
-  Answer MatchesHeading(double heading, double headingTolerance, const Offset& start,
-                        const Offset& end) const {
-    constexpr double kRoom = 0.002;          // degrees
-    constexpr double kLargestHeading = 1e6;  // degrees; differences from it round by far less than the room
-    constexpr double kLargestError = 1e-5;   // radians
-    const double longitudes = end.longitude - start.longitude;
-    const bool isBase = bounds_.LowerSquared(end.latitude - start.latitude, longitudes) >
-                        internal::LocalDistanceBounds::SquareToExceed(kShortestHeadingBase);
-    if (!isBase || !(std::fabs(heading) <= kLargestHeading)) return Answer::kUnknown;
-    const double sinLatitude = std::copysign(std::sqrt(1.0 - cosLatitude_ * cosLatitude_), pos_.latitude);
-    const double toStart = start.latitude * kRadiansPerDegree;
-    const double toEnd = end.latitude * kRadiansPerDegree;
-    const internal::NearBearing bearing = internal::NearBearingBetween(
-        toStart + pos_.latitude * kRadiansPerDegree, toEnd + pos_.latitude * kRadiansPerDegree,
-        longitudes * kRadiansPerDegree,
-        sinLatitude + cosLatitude_ * toStart - 0.5 * sinLatitude * (toStart * toStart),
-        cosLatitude_ - sinLatitude * toEnd - 0.5 * cosLatitude_ * (toEnd * toEnd));
-    if (!(bearing.error <= kLargestError)) return Answer::kUnknown;
-    const double degrees = bearing.radians / kRadiansPerDegree;
-    const double segmentHeading = degrees < 0.0 ? degrees + 360.0 : degrees;
-    // It may be 0 as well as almost 360.
-    if (!(segmentHeading > kRoom && segmentHeading < 360.0 - kRoom)) return Answer::kUnknown;
-    const double difference = std::fabs(segmentHeading - heading);
-    if (headingTolerance > difference + kRoom || difference - kRoom > 360.0 - headingTolerance) {
-      return Answer::kYes;
-    }
-    if (headingTolerance <= difference - kRoom && difference + kRoom <= 360.0 - headingTolerance) {
-      return Answer::kNo;
-    }
-    return Answer::kUnknown;
-  }
-
- private:
-  /// The least size of any value between the two.
-  static double LeastSize(double a, double b) {
-    // Negative where 0 lies between them.
-    const double outside = Larger(Smaller(a, b), -Larger(a, b));
-    return Larger(outside, 0.0);
-  }
-
-  // As one machine instruction: std::max returns a reference, which compilers are slower to see through.
-  static double Larger(double a, double b) { return a < b ? b : a; }
-  static double Smaller(double a, double b) { return b < a ? b : a; }
-
-  GeoCoordinate pos_;
-  internal::LocalDistanceBounds bounds_;
-  double cosLatitude_;
-  double reach_;
-};
-
-/// The best segment of a scan so far.
-struct Best {
-  int index;
-  double ratio;
-  double distance;  // metres
-};
 
 /// What tells `ProjectionPosToLinesDistance` from the scan with headings.
 struct NearestSegment {
@@ -301,152 +83,6 @@ struct NearestSegmentOnHeading {
   }
 };
 
-template <class Rules>
-bool IsTooShort(const Surroundings& surroundings, const GeoCoordinate& start, const GeoCoordinate& end,
-                const Offset& startOffset, const Offset& endOffset) {
-  return Rules::kShortestSegment > 0.0 &&
-         surroundings.IsShorterThan(Rules::kShortestSegment, start, end, startOffset, endOffset);
-}
-
-/// The nearest of the segments from `first` on that count, of equally near ones the first: in any order, since a scan that
-/// nothing ends comes to the same whichever way it goes. What the best so far is to the caller, it is to the search.
-///
-/// Segments go by blocks. One whose box is surely farther than the best is passed over whole; of the others those segments
-/// are measured whose own bound leaves it open that they are nearer, that with the least bound first.
-template <class Rules>
-class NearestSearch {
- public:
-  /// Segments per block; the last block takes up to half as many more.
-  static constexpr std::size_t kBlock = 8;
-
-  NearestSearch(const Rules& rules, const Surroundings& surroundings, const GeoCoordinate& pos, double scale,
-                const std::vector<GeoCoordinateZ>& line, std::size_t first, const Best& best)
-      : rules_(rules),
-        surroundings_(surroundings),
-        pos_(pos),
-        scale_(scale),
-        line_(line),
-        first_(first),
-        best_(best),
-        beyondBestSquared_(Bounds::SquareToExceed(best.distance)) {}
-
-  const Best& best() const { return best_; }
-
-  /// Considers all segments, those whose blocks may be nearer than a usual range first.
-  void SearchAll() {
-    const std::size_t segmentCount = line_.size() - 1 - first_;
-    if (segmentCount <= kMeasuredAtOnce) {
-      ConsiderEach(first_, segmentCount);
-      return;
-    }
-    if (segmentCount <= kLargestBlock) {
-      Consider(first_, segmentCount, BoxOfBlock(first_, segmentCount));
-      return;
-    }
-    constexpr double kUsualRange = 10.0;  // metres: finds a position on the line in one pass
-    const double usualSquared = Bounds::SquareToExceed(kUsualRange);
-    std::size_t nearestPutOff = line_.size();
-    double leastPutOffSquared = std::numeric_limits<double>::infinity();
-    ForEachBlock([&](std::size_t i, std::size_t count, const Box& box) {
-      if (!(box.lowerSquared > usualSquared)) {
-        if (!(box.lowerSquared > beyondBestSquared_)) Consider(i, count, box);
-      } else if (box.lowerSquared < leastPutOffSquared) {
-        leastPutOffSquared = box.lowerSquared;
-        nearestPutOff = i;
-      }
-    });
-    if (nearestPutOff < line_.size() && !(leastPutOffSquared > beyondBestSquared_)) {
-      SearchBeyond(usualSquared, nearestPutOff);
-    }
-  }
-
-  /// Considers the blocks whose bound exceeds a squared distance, and perhaps others. The one at the segment `nearest`
-  /// comes first, so that few others can beat it.
-  void SearchBeyond(double squared, std::size_t nearest) {
-    const std::size_t count = CountOfBlock(nearest);
-    Consider(nearest, count, BoxOfBlock(nearest, count));
-    ForEachBlock([&](std::size_t i, std::size_t blockCount, const Box& box) {
-      if (box.lowerSquared > squared && !(box.lowerSquared > beyondBestSquared_))
-        Consider(i, blockCount, box);
-    });
-  }
-
- private:
-  using Bounds = internal::LocalDistanceBounds;
-  static constexpr std::size_t kLargestBlock = kBlock + kBlock / 2;
-  /// So few segments are sooner measured than bounded.
-  static constexpr std::size_t kMeasuredAtOnce = 2;
-
-  std::size_t CountOfBlock(std::size_t i) const {
-    const std::size_t left = line_.size() - 1 - i;
-    return left > kLargestBlock ? kBlock : left;
-  }
-
-  Box BoxOfBlock(std::size_t i, std::size_t count) const {
-    return surroundings_.BoxAround(&line_[i], count + 1);
-  }
-
-  template <class Function>
-  void ForEachBlock(const Function& function) const {
-    for (std::size_t i = first_; i + 1 < line_.size();) {
-      const std::size_t count = CountOfBlock(i);
-      function(i, count, BoxOfBlock(i, count));
-      i += count;
-    }
-  }
-
-  // Once in the program for each kind of scan, as the next one: they are long.
-  __attribute__((noinline)) void Consider(std::size_t blockStart, std::size_t count, const Box& box) {
-    const GeoCoordinateZ* vertices = &line_[blockStart];
-    if (!box.isInReach) {
-      ConsiderEach(blockStart, count);
-      return;
-    }
-    double ratios[kLargestBlock];
-    double lowersSquared[kLargestBlock];
-    const double leastSquared =
-        surroundings_.ProjectOntoSegments(vertices, count, box.reach, ratios, lowersSquared);
-    if (leastSquared > beyondBestSquared_) return;
-    std::size_t least = 0;
-    for (std::size_t k = 1; k < count; ++k) least = lowersSquared[k] == leastSquared ? k : least;
-    ConsiderSegment(blockStart + least, ratios[least]);
-    for (std::size_t k = 0; k < count; ++k) {
-      if (!(lowersSquared[k] > beyondBestSquared_) && k != least) ConsiderSegment(blockStart + k, ratios[k]);
-    }
-  }
-
-  void ConsiderEach(std::size_t start, std::size_t count) {
-    for (std::size_t i = start; i < start + count; ++i) {
-      ConsiderSegment(i,
-                      internal::ClampRatio(ProjectOntoSegment(line_[i], line_[i + 1], pos_, scale_).ratio));
-    }
-  }
-
-  __attribute__((noinline)) void ConsiderSegment(std::size_t i, double clampedRatio) {
-    const double distance = DistanceToSegment(line_[i], line_[i + 1], clampedRatio, pos_);
-    const int index = static_cast<int>(i);
-    const bool isNearer = best_.distance > distance || (best_.distance == distance && best_.index > index);
-    if (!isNearer) return;
-    const Offset start = surroundings_.OffsetOf(line_[i]);
-    const Offset end = surroundings_.OffsetOf(line_[i + 1]);
-    if (IsTooShort<Rules>(surroundings_, line_[i], line_[i + 1], start, end) ||
-        !rules_.IsEligible(surroundings_, i, start, end)) {
-      return;
-    }
-    best_ = {index, clampedRatio, distance};
-    beyondBestSquared_ = Bounds::SquareToExceed(distance);
-  }
-
-  const Rules& rules_;
-  const Surroundings& surroundings_;
-  const GeoCoordinate& pos_;
-  double scale_;
-  const std::vector<GeoCoordinateZ>& line_;
-  std::size_t first_;
-  Best best_;
-  double beyondBestSquared_;
-};
-
 /// Both scans. Their rules, plainly: segment by segment, skip a short one, project, measure, accept, become the best, or
 /// count as far; at the end report the best. Most segments are spared the projection and both distances:
 ///
@@ -465,7 +101,7 @@ bool ScanSegments(const Rules& rules, const GeoCoordinateZ& pos, const std::vect
                   int& startIndex, int& resultIndex, double& ratio, double acceptDistance, double maxDistance,
                   int maxFarSegments) {
   using Bounds = internal::LocalDistanceBounds;
-  using Search = NearestSearch<Rules>;
+  using Search = internal::NearestSearch<Rules>;
   if (IsNoPosition(pos) || line.empty()) return false;
   Best best{startIndex, 0.0, Rules::kNothingFound};
   const std::size_t segmentCount = line.size() - 1;

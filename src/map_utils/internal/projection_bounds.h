@@ -1,0 +1,245 @@
+#ifndef VOREL_MAP_UTILS_INTERNAL_PROJECTION_BOUNDS_H_
+#define VOREL_MAP_UTILS_INTERNAL_PROJECTION_BOUNDS_H_
+
+// The projection of a position onto one segment, and cheap bounds of what it would give for the segments around the
+// position. Internal linkage as in lanes.h.
+
+#include <cmath>
+#include <cstddef>
+#include <limits>
+
+#include "base/geo_coordinate.h"
+#include "base/geodesy/distance.h"
+#include "base/geodesy/wgs84.h"
+#include "map_utils/internal/distance_bounds.h"
+#include "map_utils/internal/lanes.h"
+#include "map_utils/internal/near_bearing.h"
+
+namespace vorel {
+namespace internal {
+namespace {
+
+/// Where a position falls along a segment, before any clamp.
+struct Projection {
+  int code;           // -1 before the segment's first point, 0 within, 1 beyond its second point
+  double ratio;       // of the way from the first point to the second
+  bool isDegenerate;  // the segment is too short to tell; code and ratio are 0
+};
+
+/// By how much a difference of longitudes shrinks on the local plane of a projection.
+inline double LongitudeScale(const tarvo::GeoCoordinate& pos) {
+  return std::cos(pos.latitude / 180.0 * tarvo::geodesy::kPi);
+}
+
+constexpr double kShortestSquaredLength = 1e-13;  // square degrees; a length of some 3 cm
+
+/// `scale` is LongitudeScale(pos), passed in so that a walk along a line computes it once.
+inline Projection ProjectOntoSegment(const tarvo::GeoCoordinate& start, const tarvo::GeoCoordinate& end,
+                                     const tarvo::GeoCoordinate& pos, double scale) {
+  const double alongLongitude = (end.longitude - start.longitude) * scale;
+  const double alongLatitude = end.latitude - start.latitude;
+  const double squaredLength = alongLongitude * alongLongitude + alongLatitude * alongLatitude;
+  if (kShortestSquaredLength > squaredLength) return {0, 0.0, true};
+  const double ratio = (alongLongitude * (scale * (pos.longitude - start.longitude)) +
+                        (pos.latitude - start.latitude) * alongLatitude) /
+                       squaredLength;
+  return {ratio < 0.0 ? -1 : (ratio > 1.0 ? 1 : 0), ratio, false};
+}
+
+/// Metres from `pos` to the point at the clamped `ratio` of a segment.
+inline double DistanceToSegment(const tarvo::GeoCoordinate& start, const tarvo::GeoCoordinate& end,
+                                double ratio, const tarvo::GeoCoordinate& pos) {
+  const tarvo::GeoCoordinate closest(start.longitude + ratio * (end.longitude - start.longitude),
+                                     start.latitude + ratio * (end.latitude - start.latitude));
+  return tarvo::geodesy::Distance(closest, pos);
+}
+
+constexpr double kShortestHeadingBase = 0.5;  // metres
+
+/// A vertex of a line as seen from the position, degrees.
+struct Offset {
+  double longitude;
+  double latitude;
+  bool isInReach;  // of the bounds; false for NaN
+};
+
+/// The box around some vertices in a row as seen from the position.
+struct Box {
+  bool isInReach;       // of the bounds, and with it all points of the box
+  double reach;         // degrees
+  double lowerSquared;  // of the distance to any point of the box, square metres; 0 out of reach
+};
+
+enum class Answer { kNo, kYes, kUnknown };
+
+/// Cheap bounds of the distances about the position of a walk or a scan.
+class Surroundings {
+ public:
+  /// @param scale  LongitudeScale(pos)
+  Surroundings(const tarvo::GeoCoordinate& pos, double scale)
+      : pos_(pos),
+        bounds_(scale),
+        cosLatitude_(scale),
+        // A position that cannot be a centre has nothing in reach.
+        reach_(LocalDistanceBounds::CanBeCentre(pos) ? LocalDistanceBounds::kReach : -1.0) {}
+
+  Offset OffsetOf(const tarvo::GeoCoordinate& vertex) const {
+    const double longitude = vertex.longitude - pos_.longitude;
+    const double latitude = vertex.latitude - pos_.latitude;
+    const bool isInReach = (std::fabs(longitude) <= reach_) & (std::fabs(latitude) <= reach_);
+    return {longitude, latitude, isInReach};
+  }
+
+  // The next two bound the distance of the position to every point of a segment in reach, by the nearest and the
+  // farthest point of the box around it: whatever the projection and its roundings make of the closest point.
+
+  double LowerSquared(const Offset& start, const Offset& end) const {
+    const double reach = Larger(Larger(std::fabs(start.latitude), std::fabs(end.latitude)),
+                                Larger(std::fabs(start.longitude), std::fabs(end.longitude)));
+    return bounds_.LowerSquared(LeastSize(start.latitude, end.latitude),
+                                LeastSize(start.longitude, end.longitude), reach);
+  }
+
+  double UpperSquared(const Offset& start, const Offset& end) const {
+    return bounds_.UpperSquared(Larger(std::fabs(start.latitude), std::fabs(end.latitude)),
+                                Larger(std::fabs(start.longitude), std::fabs(end.longitude)));
+  }
+
+  /// The box around `vertexCount` vertices, both coordinates at once. What LowerSquared says of the box around a segment
+  /// holds of any box. Out of reach with an invalid vertex.
+  __attribute__((noinline)) Box BoxAround(const tarvo::GeoCoordinateZ* vertices,
+                                          std::size_t vertexCount) const {
+    TwoDoubles lowest = LoadPoint(vertices[0]);
+    TwoDoubles highest = lowest;
+    TwoDoubles sum = lowest;  // the least and the largest pass over NaN
+    for (std::size_t k = 1; k < vertexCount; ++k) {
+      const TwoDoubles vertex = LoadPoint(vertices[k]);
+      lowest = TwoLanes::Smaller(vertex, lowest);
+      highest = TwoLanes::Larger(vertex, highest);
+      sum += vertex;
+    }
+    const TwoDoubles pos = LoadPoint(pos_);
+    const TwoDoubles toLowest = lowest - pos;
+    const TwoDoubles toHighest = highest - pos;
+    const TwoDoubles largest = TwoLanes::Larger(-toLowest, toHighest);
+    const double reach = Larger(largest[0], largest[1]);
+    if (!((reach <= reach_) & (sum[0] == sum[0]) & (sum[1] == sum[1]))) return {false, 0.0, 0.0};
+    const TwoDoubles least = TwoLanes::Larger(TwoLanes::Larger(toLowest, -toHighest), TwoLanes::All(0.0));
+    return {true, reach, bounds_.LowerSquared(least[1], least[0], reach)};
+  }
+
+  /// Of each of `segmentCount` segments whose box is in reach: the clamped ratio of the position's projection, and a lower
+  /// bound of the distance to the point there, which is tight. Two segments at a time, by the expressions of
+  /// ProjectOntoSegment and DistanceToSegment: the ratios have their bits.
+  /// @param segmentCount           at least 1
+  /// @param ratios, lowersSquared  with room for an even number
+  /// @return the least of the bounds
+  double ProjectOntoSegments(const tarvo::GeoCoordinateZ* vertices, std::size_t segmentCount, double reach,
+                             double* ratios, double* lowersSquared) const {
+    const double perLatitude = bounds_.LeastPerSquaredLatitude();
+    const double perLongitude = bounds_.LeastPerSquaredLongitude(reach);
+    TwoDoubles leastSquared = TwoLanes::All(std::numeric_limits<double>::infinity());
+    std::size_t k = 0;
+    do {
+      // The last one twice where their number is odd.
+      const std::size_t second = k + 1 < segmentCount ? k + 1 : k;
+      const tarvo::GeoCoordinate* const starts[] = {&vertices[k], &vertices[second]};
+      const tarvo::GeoCoordinate* const ends[] = {&vertices[k + 1], &vertices[second + 1]};
+      TwoDoubles startLongitude, startLatitude, endLongitude, endLatitude;
+      TwoLanes::Gather(starts, startLongitude, startLatitude);
+      TwoLanes::Gather(ends, endLongitude, endLatitude);
+      const TwoDoubles longitudes = endLongitude - startLongitude;
+      const TwoDoubles alongLongitude = longitudes * cosLatitude_;
+      const TwoDoubles alongLatitude = endLatitude - startLatitude;
+      const TwoDoubles squaredLength = alongLongitude * alongLongitude + alongLatitude * alongLatitude;
+      const TwoDoubles anyRatio = (alongLongitude * (cosLatitude_ * (pos_.longitude - startLongitude)) +
+                                   (pos_.latitude - startLatitude) * alongLatitude) /
+                                  squaredLength;
+      const auto isDegenerate = TwoLanes::Less(squaredLength, TwoLanes::All(kShortestSquaredLength));
+      const TwoDoubles ratio =
+          reinterpret_cast<TwoDoubles>(reinterpret_cast<TwoFlags>(anyRatio) & ~isDegenerate);
+      const TwoDoubles clampedRatio =
+          TwoLanes::Smaller(TwoLanes::All(1.0), TwoLanes::Larger(TwoLanes::All(0.0), ratio));
+      const TwoDoubles toLongitude = startLongitude + clampedRatio * longitudes - pos_.longitude;
+      const TwoDoubles toLatitude = startLatitude + clampedRatio * alongLatitude - pos_.latitude;
+      const TwoDoubles lowerSquared =
+          perLatitude * (toLatitude * toLatitude) + perLongitude * (toLongitude * toLongitude);
+      __builtin_memcpy(ratios + k, &clampedRatio, sizeof clampedRatio);
+      __builtin_memcpy(lowersSquared + k, &lowerSquared, sizeof lowerSquared);
+      leastSquared = TwoLanes::Smaller(lowerSquared, leastSquared);
+      k += 2;
+    } while (k < segmentCount);
+    return Smaller(leastSquared[0], leastSquared[1]);
+  }
+
+  /// Whether the segment is shorter than `metres`: what its `Distance` says, which is rarely asked.
+  bool IsShorterThan(double metres, const tarvo::GeoCoordinate& start, const tarvo::GeoCoordinate& end,
+                     const Offset& startOffset, const Offset& endOffset) const {
+    const bool isSurelyLonger = startOffset.isInReach && endOffset.isInReach &&
+                                bounds_.LowerSquared(endOffset.latitude - startOffset.latitude,
+                                                     endOffset.longitude - startOffset.longitude) >
+                                    LocalDistanceBounds::SquareToExceed(metres);
+    return !isSurelyLonger && tarvo::geodesy::Distance(start, end) < metres;
+  }
+
+  /// What HeadingMatches says of a segment in reach, where a cheap bearing of that segment tells for sure.
+  ///
+  /// The sine and cosine at the segment's points come from the position's by two terms of Taylor's series, with errors
+  /// below 1.1e-7, or a relative 6.4e-6 at 89 degrees. They turn the bearing by less than 7e-6, the two ways to
+  /// subtract longitudes in radians by less than 2e-8 for half a metre: together less than 0.001 degree.
+  Answer MatchesHeading(double heading, double headingTolerance, const Offset& start,
+                        const Offset& end) const {
+    constexpr double kRoom = 0.002;          // degrees
+    constexpr double kLargestHeading = 1e6;  // degrees; differences from it round by far less than the room
+    constexpr double kLargestError = 1e-5;   // radians
+    const double longitudes = end.longitude - start.longitude;
+    const bool isBase = bounds_.LowerSquared(end.latitude - start.latitude, longitudes) >
+                        LocalDistanceBounds::SquareToExceed(kShortestHeadingBase);
+    if (!isBase || !(std::fabs(heading) <= kLargestHeading)) return Answer::kUnknown;
+    const double sinLatitude = std::copysign(std::sqrt(1.0 - cosLatitude_ * cosLatitude_), pos_.latitude);
+    const double toStart = start.latitude * tarvo::geodesy::kRadiansPerDegree;
+    const double toEnd = end.latitude * tarvo::geodesy::kRadiansPerDegree;
+    const NearBearing bearing =
+        NearBearingBetween(toStart + pos_.latitude * tarvo::geodesy::kRadiansPerDegree,
+                           toEnd + pos_.latitude * tarvo::geodesy::kRadiansPerDegree,
+                           longitudes * tarvo::geodesy::kRadiansPerDegree,
+                           sinLatitude + cosLatitude_ * toStart - 0.5 * sinLatitude * (toStart * toStart),
+                           cosLatitude_ - sinLatitude * toEnd - 0.5 * cosLatitude_ * (toEnd * toEnd));
+    if (!(bearing.error <= kLargestError)) return Answer::kUnknown;
+    const double degrees = bearing.radians / tarvo::geodesy::kRadiansPerDegree;
+    const double segmentHeading = degrees < 0.0 ? degrees + 360.0 : degrees;
+    // It may be 0 as well as almost 360.
+    if (!(segmentHeading > kRoom && segmentHeading < 360.0 - kRoom)) return Answer::kUnknown;
+    const double difference = std::fabs(segmentHeading - heading);
+    if (headingTolerance > difference + kRoom || difference - kRoom > 360.0 - headingTolerance) {
+      return Answer::kYes;
+    }
+    if (headingTolerance <= difference - kRoom && difference + kRoom <= 360.0 - headingTolerance) {
+      return Answer::kNo;
+    }
+    return Answer::kUnknown;
+  }
+
+ private:
+  /// The least size of any value between the two.
+  static double LeastSize(double a, double b) {
+    // Negative where 0 lies between them.
+    const double outside = Larger(Smaller(a, b), -Larger(a, b));
+    return Larger(outside, 0.0);
+  }
+
+  // As one machine instruction: std::max returns a reference, which compilers are slower to see through.
+  static double Larger(double a, double b) { return a < b ? b : a; }
+  static double Smaller(double a, double b) { return b < a ? b : a; }
+
+  tarvo::GeoCoordinate pos_;
+  LocalDistanceBounds bounds_;
+  double cosLatitude_;
+  double reach_;
+};
+
+}  // namespace
+}  // namespace internal
+}  // namespace vorel
+
+#endif  // VOREL_MAP_UTILS_INTERNAL_PROJECTION_BOUNDS_H_
