@@ -50,4 +50,34 @@ void BM_ChoosePointsInPolyline(benchmark::State& state) {
 }
 BENCHMARK(BM_ChoosePointsInPolyline)->Arg(100)->Arg(10000);
 
+/// Walked to the end: the cut lies in the last segment.
+void BM_ChoosePointsBehindALength(benchmark::State& state) {
+  const std::vector<GeoCoordinate> route = bench::Route(state.range(0));
+  const auto count = static_cast<unsigned>(route.size());
+  const double length = VorelGeometryAlgorithm::GetDistance(route.data(), count, 0, count) - 1e-6;
+  std::vector<GeoCoordinate> out;
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(
+        VorelGeometryAlgorithm::ChoosePointsInPolyline(route.data(), count, length, out));
+    benchmark::ClobberMemory();
+  }
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(BM_ChoosePointsBehindALength)->Arg(2)->Arg(5)->Arg(10)->Arg(100)->Arg(10000);
+
+/// Walked to the end, and all vertices copied.
+void BM_ChoosePointsInPolylineWithMaxLength(benchmark::State& state) {
+  const std::vector<GeoCoordinate> route = bench::Route(state.range(0));
+  const auto count = static_cast<unsigned>(route.size());
+  const double length = VorelGeometryAlgorithm::GetDistance(route.data(), count, 0, count) - 1e-6;
+  std::vector<GeoCoordinate> out;
+  for (auto _ : state) {
+    out.clear();
+    benchmark::DoNotOptimize(VorelGeometryAlgorithm::ChoosePointsInPolylineWithMaxLength(route, length, out));
+    benchmark::ClobberMemory();
+  }
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(BM_ChoosePointsInPolylineWithMaxLength)->Arg(2)->Arg(5)->Arg(10)->Arg(100)->Arg(10000);
+
 }  // namespace

@@ -47,7 +47,7 @@ void Add(benchmark::State& state, const std::vector<Point>& line) {
 void BM_AddSegmentLengths(benchmark::State& state) {
   Add(state, bench::Route(state.range(0)));
 }
-BENCHMARK(BM_AddSegmentLengths)->ArgsProduct({{2, 3, 5, 9, 100, 10000}, {1, 2, 4}});
+BENCHMARK(BM_AddSegmentLengths)->ArgsProduct({{2, 3, 4, 5, 9, 10, 100, 10000}, {1, 2, 4}});
 
 void BM_AddSegmentLengthsZ(benchmark::State& state) {
   Add(state, RouteZ(state.range(0)));
@@ -76,6 +76,32 @@ void BM_WalkSegments(benchmark::State& state) {
   }
   state.SetItemsProcessed(state.iterations() * (state.range(0) - 1));
 }
-BENCHMARK(BM_WalkSegments)->ArgsProduct({{100, 10000}, {1, 2, 4}});
+BENCHMARK(BM_WalkSegments)->ArgsProduct({{2, 3, 4, 5, 10, 100, 10000}, {1, 2, 4}});
+
+/// To a limit in the last segment; the short rows beside BM_AddSegmentLengths show what a walk costs beyond the lengths.
+void BM_WalkSegmentsBelow(benchmark::State& state) {
+  const ForcedForm form(state);
+  const std::vector<GeoCoordinate> line = bench::Route(state.range(0));
+  const double limit = vorel::internal::AddSegmentLengths(line.data(), line.size() - 1, 0.0) - 1e-6;
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(
+        vorel::internal::WalkSegmentsBelow(line.data(), line.size() - 1, 0.0, limit).passed);
+  }
+  state.SetItemsProcessed(state.iterations() * (state.range(0) - 1));
+}
+BENCHMARK(BM_WalkSegmentsBelow)->ArgsProduct({{2, 3, 4, 5, 10, 100, 10000}, {1, 2, 4}});
+
+void BM_StoreSegmentSums(benchmark::State& state) {
+  const ForcedForm form(state);
+  const std::vector<GeoCoordinate> line = bench::Route(state.range(0));
+  std::vector<double> sums(line.size());
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(
+        vorel::internal::StoreSegmentSums(line.data(), line.size() - 1, 0.0, sums.data()));
+    benchmark::ClobberMemory();
+  }
+  state.SetItemsProcessed(state.iterations() * (state.range(0) - 1));
+}
+BENCHMARK(BM_StoreSegmentSums)->ArgsProduct({{5, 10, 100, 10000}, {1, 2, 4}});
 
 }  // namespace

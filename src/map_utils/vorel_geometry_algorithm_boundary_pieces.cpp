@@ -19,9 +19,6 @@ using tarvo::HAD::BoundaryData;
 
 namespace {
 
-/// Vertices are copied in runs: long enough that a walk seldom pauses, short enough to be still in the nearest cache.
-constexpr std::size_t kVerticesCopiedAtOnce = 512;
-
 /// Copies the marked vertices that a piece reaches into its own list, a run at a time. That a run serves as well as a
 /// scan after each vertex: either way an entry is passed as soon as the piece has reached it and all before it.
 class MarkCopier {
@@ -113,7 +110,7 @@ float VorelGeometryAlgorithm::HandleBoundaryDataByDistance(const BoundaryData& s
   std::size_t i = start + 1;
   std::size_t stored = i;  // the first vertex that is not in the piece yet
   for (;;) {
-    const std::size_t count = std::min(pointCount - 1 - i, kVerticesCopiedAtOnce);
+    const std::size_t count = std::min(pointCount - 1 - i, internal::kVerticesCopiedAtOnce);
     const internal::LimitedWalk walk = internal::WalkSegmentsBelow(points + i, count, covered, length);
     i += walk.passed;
     covered = walk.metres;

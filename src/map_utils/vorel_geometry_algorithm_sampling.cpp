@@ -18,9 +18,6 @@ using tarvo::GeoCoordinateZ;
 
 namespace {
 
-/// Vertices are copied in runs: long enough that a walk seldom pauses, short enough to be still in the nearest cache.
-constexpr std::size_t kVerticesCopiedAtOnce = 512;
-
 template <class Point>
 bool AppendFirstMetres(const std::vector<Point>& points, double maxLength, std::vector<Point>& out) {
   VOREL_PRECONDITION(&points != &out);
@@ -33,7 +30,7 @@ bool AppendFirstMetres(const std::vector<Point>& points, double maxLength, std::
   const Point* const last = start + points.size() - 1;
   while (start < last) {
     const std::size_t count =
-        std::min<std::size_t>(static_cast<std::size_t>(last - start), kVerticesCopiedAtOnce);
+        std::min<std::size_t>(static_cast<std::size_t>(last - start), internal::kVerticesCopiedAtOnce);
     const internal::LimitedWalk walk = internal::WalkSegmentsBelow(start, count, reached, limit);
     out.insert(out.end(), start + 1, start + 1 + walk.passed);
     start += walk.passed;

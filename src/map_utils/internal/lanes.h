@@ -166,6 +166,9 @@ struct TwoLanes {
   VOREL_LANES_INLINE bool InEach(Flags flags) {
     return InEachLane(flags);
   }
+  VOREL_LANES_INLINE bool AreBothWithin(Doubles a, double limitA, Doubles b, double limitB) {
+    return InEach(LessOrEqual(a, All(limitA)) & LessOrEqual(b, All(limitB)));
+  }
   VOREL_LANES_INLINE bool InOddNumber(Flags flags) {
     return (flags[0] ^ flags[1]) != 0;
   }
@@ -236,6 +239,9 @@ struct FourLanes {
 
   VOREL_LANES_INLINE bool InAny(Flags flags) { return Signs(flags) != 0; }
   VOREL_LANES_INLINE bool InEach(Flags flags) { return Signs(flags) == 0xf; }
+  VOREL_LANES_INLINE bool AreBothWithin(Doubles a, double limitA, Doubles b, double limitB) {
+    return InEach(LessOrEqual(a, All(limitA)) & LessOrEqual(b, All(limitB)));
+  }
   VOREL_LANES_INLINE bool InOddNumber(Flags flags) {
     return ((flags[0] ^ flags[1]) ^ (flags[2] ^ flags[3])) != 0;
   }

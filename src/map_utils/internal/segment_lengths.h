@@ -23,6 +23,10 @@ constexpr std::size_t kFewSegments = 4;
 constexpr std::size_t kSegmentsPerBlock = 64;
 constexpr std::size_t kSegmentsInFirstBlock = 8;
 
+/// Walks that copy what they pass do so in runs: long enough that a walk seldom pauses, short enough that the vertices
+/// are still in the nearest cache.
+constexpr std::size_t kVerticesCopiedAtOnce = 512;
+
 /// lengths[i] = length in metres of the segment from points[i] to points[i + 1], for i = 0 .. segmentCount - 1.
 /// @param points  segmentCount + 1 points, degrees, any values
 void StoreSegmentLengths(const tarvo::GeoCoordinate* points, std::size_t segmentCount, double* lengths);
@@ -48,7 +52,7 @@ LimitedWalk WalkManySegmentsBelow(const tarvo::GeoCoordinateZ* points, std::size
                                   double metres, double limit);
 
 /// Walks along the segments while `limit` > `metres` plus their lengths, added one by one in order; a NaN ends it. Hardly
-/// dearer than the bare sum; measures at most three vectors of segments more than a walk one by one.
+/// dearer than the bare sum; measures at most six vectors of segments in vain.
 /// @param metres  where the walk begins
 template <class Point>
 inline LimitedWalk WalkSegmentsBelow(const Point* points, std::size_t segmentCount, double metres,

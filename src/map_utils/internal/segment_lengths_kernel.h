@@ -49,8 +49,7 @@ VOREL_LANES_INLINE bool Begin(const Point* points, BegunSegments<typename Lanes:
            tarvo::geodesy::CosSquaredOfMidLatitude<Doubles>(s.latitudeSum)};
   const Doubles square =
       s.latitudeDifference * s.latitudeDifference + s.longitudeDifference * s.longitudeDifference;
-  return Lanes::InEach(Lanes::LessOrEqual(square, Lanes::All(kNearSquare)) &
-                       Lanes::LessOrEqual(s.latitudeSum * s.latitudeSum, Lanes::All(kLatitudeSumSquare)));
+  return Lanes::AreBothWithin(square, kNearSquare, s.latitudeSum * s.latitudeSum, kLatitudeSumSquare);
 }
 
 template <class Lanes>
@@ -58,6 +57,57 @@ VOREL_LANES_INLINE typename Lanes::Doubles Finish(const BegunSegments<typename L
   return Lanes::SquareRoot(tarvo::geodesy::NearSquaredDistanceAtCosSquared<typename Lanes::Doubles>(
       begun.latitudeDifference, begun.longitudeDifference, begun.cosSquared));
 }
+
+/// Two vectors that go through each operation one after the other.
+template <class Half>
+struct TwoVectors {
+  Half low;
+  Half high;
+
+  friend VOREL_LANES_METHOD TwoVectors operator+(const TwoVectors& a, const TwoVectors& b) {
+    return {a.low + b.low, a.high + b.high};
+  }
+  friend VOREL_LANES_METHOD TwoVectors operator-(const TwoVectors& a, const TwoVectors& b) {
+    return {a.low - b.low, a.high - b.high};
+  }
+  friend VOREL_LANES_METHOD TwoVectors operator*(const TwoVectors& a, const TwoVectors& b) {
+    return {a.low * b.low, a.high * b.high};
+  }
+  friend VOREL_LANES_METHOD TwoVectors operator+(double a, const TwoVectors& b) {
+    return {a + b.low, a + b.high};
+  }
+  friend VOREL_LANES_METHOD TwoVectors operator-(double a, const TwoVectors& b) {
+    return {a - b.low, a - b.high};
+  }
+  friend VOREL_LANES_METHOD TwoVectors operator*(double a, const TwoVectors& b) {
+    return {a * b.low, a * b.high};
+  }
+};
+
+/// The lanes of two vectors side by side.
+template <class Lanes>
+struct TwiceLanes {
+  using Half = typename Lanes::Doubles;
+  using Doubles = TwoVectors<Half>;
+  static constexpr std::size_t kCount = 2 * Lanes::kCount;
+
+  template <std::size_t kStride, class Point>
+  VOREL_LANES_INLINE Segments<Doubles> LoadSegments(const Point* points) {
+    const Segments<Half> low = Lanes::template LoadSegments<kStride>(points);
+    const Segments<Half> high = Lanes::template LoadSegments<kStride>(points + kStride * Lanes::kCount);
+    return {{low.longitudeDifference, high.longitudeDifference},
+            {low.latitudeDifference, high.latitudeDifference},
+            {low.latitudeSum, high.latitudeSum}};
+  }
+  VOREL_LANES_INLINE bool AreBothWithin(const Doubles& a, double limitA, const Doubles& b, double limitB) {
+    return Lanes::InEach(
+        (Lanes::LessOrEqual(a.low, Lanes::All(limitA)) & Lanes::LessOrEqual(b.low, Lanes::All(limitB))) &
+        (Lanes::LessOrEqual(a.high, Lanes::All(limitA)) & Lanes::LessOrEqual(b.high, Lanes::All(limitB))));
+  }
+  VOREL_LANES_INLINE Doubles SquareRoot(const Doubles& value) {
+    return {Lanes::SquareRoot(value.low), Lanes::SquareRoot(value.high)};
+  }
+};
 
 /// Segment i runs from points[kStride * i] to the next point: 1 for a line, 2 for pairs.
 ///
@@ -89,17 +139,72 @@ VOREL_LANES_INLINE std::size_t MeasureNearSegments(const Point* points, std::siz
   return position + take(position, taken - position, Finish<Lanes>(current));
 }
 
-/// Calls use(lane, length) for the lanes from `firstLane` on, in order. The usual first lane 0 costs no detour.
+/// Calls use(length) for the lanes from `firstLane` on, in order. The usual first lane 0 costs no detour.
 template <class Lanes, class Use>
-VOREL_LANES_INLINE void ForEachLane(const typename Lanes::Doubles& lengths, std::size_t firstLane, Use use) {
+VOREL_LANES_INLINE void ForEachLane(const typename Lanes::Doubles& lengths, std::size_t firstLane, Use& use) {
   if (firstLane == 0) {
-    for (std::size_t lane = 0; lane < Lanes::kCount; ++lane) use(lane, lengths[lane]);
+    for (std::size_t lane = 0; lane < Lanes::kCount; ++lane) use(lengths[lane]);
   } else {
     double stored[Lanes::kCount];
     __builtin_memcpy(stored, &lengths, sizeof lengths);
-    for (std::size_t lane = firstLane; lane < Lanes::kCount; ++lane) use(lane, stored[lane]);
+    for (std::size_t lane = firstLane; lane < Lanes::kCount; ++lane) use(stored[lane]);
   }
 }
+
+// What is done with the lengths, one after the other. Two vectors of them count only if they may be taken in the end.
+struct AddLength {
+  double sum;
+  VOREL_LANES_METHOD void operator()(double length) { sum = sum + length; }
+  VOREL_LANES_METHOD bool MayBeTaken() const { return true; }
+};
+struct AddBelowLimit {
+  double sum;
+  double limit;
+  VOREL_LANES_METHOD void operator()(double length) { sum = sum + length; }
+  VOREL_LANES_METHOD bool MayBeTaken() const { return limit > sum; }
+};
+struct AddAndStoreSum {
+  double sum;
+  double* next;
+  VOREL_LANES_METHOD void operator()(double length) {
+    sum = sum + length;
+    *next++ = sum;
+  }
+  VOREL_LANES_METHOD bool MayBeTaken() const { return true; }
+};
+
+// Two vectors side by side have four independent chains of operations in the loop. A processor looks ahead over little
+// more than one of them, so they must stand interleaved, which g++ does only when asked. It orders the instructions
+// otherwise and changes none.
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC push_options
+#pragma GCC optimize("schedule-insns", "sched-pressure")
+#endif
+
+/// Hands the lengths of a long row of segments to `use`, two vectors at a time, and ends as MeasureNearSegments does.
+/// Those that do not fill two vectors, at least one vector of them, are left.
+template <class Lanes, class Point, class Use>
+__attribute__((noinline)) std::size_t MeasureManyNearSegments(const Point* points, std::size_t segmentCount,
+                                                              Use& use) {
+  constexpr std::size_t kHalf = Lanes::kCount;
+  Use own = use;  // in registers
+  const std::size_t measured = MeasureNearSegments<TwiceLanes<Lanes>>(
+      points, (segmentCount - kHalf) / (2 * kHalf) * (2 * kHalf),
+      [&own](std::size_t, std::size_t, const TwoVectors<typename Lanes::Doubles>& some) VOREL_LANES_LAMBDA {
+        Use next = own;
+        ForEachLane<Lanes>(some.low, 0, next);
+        ForEachLane<Lanes>(some.high, 0, next);
+        if (!next.MayBeTaken()) return std::size_t{0};
+        own = next;
+        return 2 * kHalf;
+      });
+  use = own;
+  return measured;
+}
+
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC pop_options
+#endif
 
 /// The functions of a SegmentKernel.
 template <class Lanes, class Point>
@@ -115,47 +220,35 @@ class NearSegments {
   }
 
   static std::size_t AddLengths(const Point* points, std::size_t segmentCount, double& metres) {
-    double sum = metres;
-    const std::size_t measured = MeasureNearSegments<Lanes>(
-        points, segmentCount,
-        [&sum](std::size_t, std::size_t firstLane, const Doubles& some) VOREL_LANES_LAMBDA {
-          ForEachLane<Lanes>(some, firstLane,
-                             [&sum](std::size_t, double length) VOREL_LANES_LAMBDA { sum = sum + length; });
-          return Lanes::kCount;
-        });
-    metres = sum;
+    AddLength add{metres};
+    const std::size_t measured = UseInOrder(points, segmentCount, add);
+    metres = add.sum;
     return measured;
   }
 
   static std::size_t StoreSums(const Point* points, std::size_t segmentCount, double& metres, double* sums) {
-    double sum = metres;
-    const std::size_t measured = MeasureNearSegments<Lanes>(
-        points, segmentCount,
-        [&sum, sums](std::size_t i, std::size_t firstLane, const Doubles& some) VOREL_LANES_LAMBDA {
-          ForEachLane<Lanes>(some, firstLane,
-                             [&sum, sums, i](std::size_t lane, double length) VOREL_LANES_LAMBDA {
-                               sum = sum + length;
-                               sums[i + lane] = sum;
-                             });
-          return Lanes::kCount;
-        });
-    metres = sum;
+    AddAndStoreSum add{metres, sums};
+    const std::size_t measured = UseInOrder(points, segmentCount, add);
+    metres = add.sum;
     return measured;
   }
 
   /// The sums never decrease, for no length is negative and rounding keeps the order: while the last one of a vector is
-  /// below the limit, so are those before it, and one comparison per vector decides what one per segment would.
+  /// below the limit, so are those before it, and one comparison per vector decides what one per segment would. Two
+  /// vectors side by side that come to the limit are measured again one by one.
   static std::size_t WalkBelow(const Point* points, std::size_t segmentCount, double limit,
                                LimitedWalk& walk) {
-    double reached = walk.metres;
+    AddBelowLimit begun{walk.metres, limit};
+    std::size_t many = 0;
+    if (segmentCount >= kManySegments) many = MeasureManyNearSegments<Lanes>(points, segmentCount, begun);
+    double reached = begun.sum;
     const std::size_t measured = MeasureNearSegments<Lanes>(
-        points, segmentCount,
+        points + many, segmentCount - many,
         [&](std::size_t, std::size_t firstLane, const Doubles& some) VOREL_LANES_LAMBDA {
-          double sum = reached;
-          ForEachLane<Lanes>(some, firstLane,
-                             [&sum](std::size_t, double length) VOREL_LANES_LAMBDA { sum = sum + length; });
-          if (limit > sum) {
-            reached = sum;
+          AddLength add{reached};
+          ForEachLane<Lanes>(some, firstLane, add);
+          if (limit > add.sum) {
+            reached = add.sum;
             return Lanes::kCount;
           }
           double lengths[Lanes::kCount];
@@ -166,11 +259,25 @@ class NearSegments {
           return lane;
         });
     walk.metres = reached;
-    return measured;
+    return many + measured;
   }
 
  private:
   using Doubles = typename Lanes::Doubles;
+  /// From here on two vectors side by side pay.
+  static constexpr std::size_t kManySegments = 32;
+
+  template <class Use>
+  VOREL_LANES_INLINE std::size_t UseInOrder(const Point* points, std::size_t segmentCount, Use& use) {
+    std::size_t many = 0;
+    if (segmentCount >= kManySegments) many = MeasureManyNearSegments<Lanes>(points, segmentCount, use);
+    return many + MeasureNearSegments<Lanes>(points + many, segmentCount - many,
+                                             [&use](std::size_t, std::size_t firstLane, const Doubles& some)
+                                                 VOREL_LANES_LAMBDA {
+                                                   ForEachLane<Lanes>(some, firstLane, use);
+                                                   return Lanes::kCount;
+                                                 });
+  }
 };
 
 template <class Lanes>
