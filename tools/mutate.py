@@ -147,10 +147,17 @@ def read_subject(path, sources):
             raise ListError(f"{name}: changes nothing")
         mutation = Mutation(path.stem, number, **entry)
         mutation.equivalent = one_line(mutation.equivalent)
-        locate(mutation, sources)
         mutations.append(mutation)
     if not mutations:
         raise ListError(f"{path.name}: no mutations")
+    problems = []
+    for mutation in mutations:
+        try:
+            locate(mutation, sources)
+        except ListError as problem:
+            problems.append(str(problem))
+    if problems:
+        raise ListError("\nmutate.py: ".join(problems))
     seen = {}
     for mutation in mutations:
         twin = seen.setdefault((mutation.file, mutation.mutated), mutation)
