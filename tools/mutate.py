@@ -141,6 +141,8 @@ def read_subject(path, sources):
         for key in ("kind", "file", "old", "new", "tests"):
             if key not in entry or entry[key] is None:
                 raise ListError(f"{name}: no {key}")
+        if not isinstance(entry["tests"], list) or not entry["tests"]:
+            raise ListError(f"{name}: tests is no list of names")
         if entry["kind"] not in KINDS:
             raise ListError(f"{name}: unknown kind {entry['kind']}; there are {', '.join(KINDS)}")
         if not entry["old"].strip() or one_line(entry["old"]) == one_line(entry["new"]):
