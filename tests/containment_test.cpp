@@ -496,6 +496,42 @@ void ExpectTwinAgreesAbout(const Line& polygon, std::mt19937& generator, int poi
   }
 }
 
+TEST(ContainmentTwin, AgreesAtTheToleranceOfSlantedEdges) {
+  // The crossing's order of operations shows in its last bits, and these where the tolerance ends.
+  std::mt19937 generator(41009);
+  int within = 0, beyond = 0;
+  for (int run = 0; run < 3000; ++run) {
+    SCOPED_TRACE(testing::Message() << "run " << run);
+    Line polygon;
+    for (const double south : {0.5, -1.0, -1.0}) {
+      polygon.emplace_back(7.0 + Uniform(generator, -1, 1), 47.0 + south + Uniform(generator, -0.4, 0.4));
+    }
+    const GeoCoordinate a = polygon[0], b = polygon[1];
+    const double latitude = 47.0 + Uniform(generator, -0.5, 0.05);
+    const double crossing =
+        (b.longitude - a.longitude) * ((latitude - a.latitude) / (b.latitude - a.latitude)) + a.longitude;
+    for (const double side : {crossing - kTolerance, crossing + kTolerance}) {
+      for (double longitude = std::nextafter(side, 0.0); longitude <= std::nextafter(side, 9.0);
+           longitude = std::nextafter(longitude, 9.0)) {
+        const GeoCoordinate point(longitude, latitude);
+        ASSERT_EQ(IsInPolygon(polygon, point), reference::IsPointInPolygon(polygon, point))
+            << Paste(point) << " in " << Paste(polygon);
+        (std::fabs(longitude - crossing) < kTolerance ? within : beyond) += 1;
+      }
+    }
+  }
+  EXPECT_GT(within, 1000);
+  EXPECT_GT(beyond, 1000);
+}
+
+TEST(IsPointInPolygon, IsOutsideOfTwoEdgesThatRiseBetweenNaN) {
+  // No edge leads back down: what falls is beside a NaN and takes no part.
+  const Line polygon{{2, 0}, {2, 2}, {2, kNaN}, {4, 0}, {4, 2}, {4, kNaN}};
+  EXPECT_FALSE(IsInPolygon(polygon, {0, 1}));
+  EXPECT_TRUE(IsInPolygon(polygon, {3, 1}));
+  EXPECT_FALSE(IsInPolygon(polygon, {5, 1}));
+}
+
 JOIN_AWKWARD_LINES(IsPointInPolygon, [](const Line& line) {
   std::mt19937 generator(41005);
   ExpectTwinAgreesAbout(line, generator, 60);

@@ -113,6 +113,26 @@ TEST(GetRadianNorthRange, HoldsForRandomPairs) {
   }
 }
 
+TEST(GetRadianNorth, HasTheExpressionsExactBits) {
+  // Spelt out once more: whatever the math library gives, the operations around it keep their order.
+  constexpr unsigned kSeed = 20261;
+  constexpr double kRadiansPerDegree = 0.017453292519943295;
+  std::mt19937_64 generator(kSeed);
+  std::uniform_real_distribution<double> longitude(-180.0, 180.0);
+  std::uniform_real_distribution<double> latitude(-90.0, 90.0);
+  for (int run = 0; run < 2000; ++run) {
+    const GeoCoordinate a{longitude(generator), latitude(generator)};
+    const GeoCoordinate b{longitude(generator), latitude(generator)};
+    const double p1 = a.latitude * kRadiansPerDegree, p2 = b.latitude * kRadiansPerDegree;
+    const double l = (b.longitude - a.longitude) * kRadiansPerDegree;
+    const double east = std::sin(l) * std::cos(p2);
+    const double north = std::cos(p1) * std::sin(p2) - (std::sin(p1) * std::cos(p2)) * std::cos(l);
+    const double bearing = std::atan2(east, north);
+    ASSERT_TRUE(SameBits(GeoUtils::GetRadianNorth(a, b), bearing > 0.0 ? bearing : bearing + kTwoPi))
+        << "seed " << kSeed << ", run " << run;
+  }
+}
+
 TEST(GetRadianNorth, IsTheAngleBetweenTheGreatCircles) {
   // A second way to the same angle: the plane through both points against the planes of the meridian and the
   // horizon, in vectors.

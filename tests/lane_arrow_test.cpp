@@ -202,6 +202,20 @@ TEST(CalcBoundaryPoints, TurnsAboveFiveDegreesAreBends) {
   EXPECT_GT(bends, 0);
 }
 
+TEST(CalcBoundaryPoints, CutsALegStrictlyLongerThanTheCutAndAMetre) {
+  const double longest = Cut(4.0f, 90.0f) + 1.0;  // metres, that a leg may have without a cut
+  for (const bool isCut : {true, false}) {
+    double latitude = testsupport::LatitudeAbove(longest);
+    if (!isCut) latitude = std::nextafter(latitude, 0.0);
+    const LineZ line = {{-0.001, 0.0, 1.0f}, {0.0, 0.0, 2.0f}, {0.0, latitude, 3.0f}};
+    ASSERT_EQ(Turn(line, 1), 90.0f);
+    EXPECT_EQ(Prepared(line, 4.0f).size(), isCut ? 5u : 4u);
+    const LineZ backward = {{0.0, latitude, 3.0f}, {0.0, 0.0, 2.0f}, {-0.001, 0.0, 1.0f}};
+    ASSERT_EQ(Turn(backward, 1), 90.0f);
+    EXPECT_EQ(Prepared(backward, 4.0f).size(), isCut ? 5u : 4u);
+  }
+}
+
 TEST(CalcBoundaryPoints, AUTurnGetsNoAddedPoints) {
   const LineZ line = {{8.0, 49.0, 1.0f}, {8.0, 49.001, 2.0f}, {8.0, 49.0, 3.0f}};
   ASSERT_EQ(Turn(line, 1), 180.0f);

@@ -160,6 +160,25 @@ TEST_F(Sinks, AStreamGetsOneLinePerRecord) {
   EXPECT_FALSE(std::getline(lines, line));
 }
 
+TEST_F(Sinks, AStreamIsFlushedAfterEachLine) {
+  struct CountingBuffer : std::stringbuf {
+    int sync() override {
+      ++flushes;
+      return 0;
+    }
+    int flushes = 0;
+  };
+  CountingBuffer buffer;
+  std::ostream stream(&buffer);
+  const auto sink = std::make_shared<StreamSink>(stream);
+  Register({sink});
+  Log("one");
+  EXPECT_EQ(buffer.flushes, 1);
+  Log("two");
+  EXPECT_EQ(buffer.flushes, 2);
+  sink->Detach();
+}
+
 TEST_F(Sinks, AStreamIsLeftAloneOnceDetached) {
   const auto sink = [] {
     std::ostringstream shortLived;

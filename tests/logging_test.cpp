@@ -4,6 +4,7 @@
 
 #include <array>
 #include <atomic>
+#include <chrono>
 #include <climits>
 #include <cstdint>
 #include <cstdlib>
@@ -328,6 +329,27 @@ TEST(ThreadIds, DifferBetweenThreadsAndStayTheSame) {
   for (const std::uint32_t id : first) ++seen[id];
   EXPECT_EQ(seen.size(), kThreads + 1);
   EXPECT_EQ(seen.count(0), 0u);
+}
+
+TEST(ThreadIds, StartAtOne) {
+  // The main thread was the first to ask, before main: see LogsFromAStaticConstructor.
+  EXPECT_EQ(plog::Util::GetTid(), 1u);
+}
+
+TEST(FetchTime, RoundsDownToAWholeMillisecond) {
+  using std::chrono::milliseconds;
+  const auto now = [] {
+    return std::chrono::floor<milliseconds>(std::chrono::system_clock::now()).time_since_epoch().count();
+  };
+  for (int run = 0; run < 1000; ++run) {
+    const auto before = now();
+    plog::Time time;
+    plog::Util::FetchTime(&time);
+    const auto after = now();
+    const auto fetched = std::int64_t{time.seconds} * 1000 + time.milliseconds;
+    ASSERT_LE(before, fetched);
+    ASSERT_LE(fetched, after);
+  }
 }
 
 TEST(FetchTime, FollowsTheWallClock) {

@@ -579,6 +579,11 @@ TEST(DistanceOfA2BInRoute, NegatesWhenSwappedOnRealRoutes) {
   }
 }
 
+TEST(FindFirstSmallerIndex, LooksAtTheLowerOfTwoMiddles) {
+  // Unordered, so that it shows which elements were looked at: 5, then 0.
+  EXPECT_EQ(Algorithm::FindFirstSmallerIndex({0.0, 5.0, 1.0, 9.0}, 3.0), 0);
+}
+
 TEST(FindFirstSmallerIndex, FindsTheSegmentOfATableEntry) {
   constexpr unsigned kSeed = 31004;
   std::mt19937 generator(kSeed);

@@ -304,6 +304,36 @@ TEST(PanLinePointsJoint, VerticalEndsAtAMillionthOfADegree) {
   }
 }
 
+TEST(PanLinePointsJoint, AMillionthOfADegreeIsNotVertical) {
+  // Along the equator to the left: longitudes stay what they are.
+  const LineZ first = {{0.0, 0.0, 0.0f}, {1e-6, 0.0, 0.0f}, {0.001, 0.001, 0.0f}};
+  const MovedSegments f = Move(first, 4.0f, kLeft);
+  ASSERT_EQ(f.previousEnd.longitude - f.previousStart.longitude, 1e-6);
+  EXPECT_TRUE(SameBits(GeoCoordinate(Offset(first, 4.0f, kLeft)[1]), Crossing(f)));
+  const LineZ second = {{-0.001, -0.001, 0.0f}, {0.0, 0.0, 0.0f}, {1e-6, 0.0, 0.0f}};
+  const MovedSegments s = Move(second, 4.0f, kLeft);
+  ASSERT_EQ(s.end.longitude - s.start.longitude, 1e-6);
+  EXPECT_TRUE(SameBits(GeoCoordinate(Offset(second, 4.0f, kLeft)[1]), Crossing(s)));
+}
+
+TEST(PanLinePointsJoint, GoesStraightOnBelowACentimetre) {
+  // The line turns by one degree: an offset of 0.573 m makes a gap of a centimetre.
+  const LineZ line = {{8.0, 0.0, 0.0f}, {8.0, 0.001, 0.0f}, {8.0 + 0.001 * std::tan(kPi / 180), 0.002, 0.0f}};
+  const auto gap = [](const MovedSegments& m) { return m.previousEnd.DistanceTo(m.start); };
+  float offset = 0.56f;
+  while (gap(Move(line, offset + 1e-5f, kRight)) < 0.01) offset += 1e-5f;
+  int below = 0, beyond = 0;
+  for (; beyond < 10; offset = std::nextafter(offset, 1.0f)) {
+    const MovedSegments m = Move(line, offset, kRight);
+    const bool goesStraightOn = gap(m) < 0.01;
+    (goesStraightOn ? below : beyond) += 1;
+    ASSERT_EQ(testsupport::AreSameBits(GeoCoordinate(Offset(line, offset, kRight)[1]), m.previousEnd),
+              goesStraightOn)
+        << testsupport::Paste(offset);
+  }
+  EXPECT_GT(below, 20);
+}
+
 TEST(PanLinePointsJoint, TakesThePreviousSegmentAsJoinedSoFar) {
   // After a hairpin, whose joint stays off the second moved segment, the third one meets the line from that joint.
   const LineZ line = {kPlace.At(0, 0), kPlace.At(30, 1), kPlace.At(0, 6), kPlace.At(-20, 40)};

@@ -15,6 +15,7 @@
 #include "support/bits.h"
 #include "support/case_name.h"
 #include "support/lines.h"
+#include "support/special_values.h"
 
 namespace {
 
@@ -282,6 +283,27 @@ TEST(IsPointNearOtherOne, TakesTheFirstArgumentAsTheCentre) {
   const GeoCoordinate north{0.0, 2.309e-06}, farNorth{0.0, 0.10000231049011613};
   EXPECT_TRUE(Algorithm::IsPointNearOtherOne(north, 5000.0f, farNorth));
   EXPECT_FALSE(Algorithm::IsPointNearOtherOne(farNorth, 5000.0f, north));
+}
+
+TEST(IsPointNearOtherOne, RoundsTheBorderNotTheDifference) {
+  constexpr unsigned kSeed = 20263;
+  testsupport::Numbers numbers(kSeed);
+  for (int run = 0; run < 1000; ++run) {
+    // Sums of ordinary coordinates and the half widths, which are floats, are exact.
+    const GeoCoordinate center{numbers.Magnitude(1e-9, 0.1), numbers.Magnitude(1e-9, 0.1)};
+    SCOPED_TRACE(testing::Message() << "seed " << kSeed << ", run " << run << ", centre "
+                                    << testsupport::Paste(center));
+    const double halfWidth = kHalfWidths[run % 4];
+    const float metres = run % 4 == 0 ? 5.0f : run % 4 == 1 ? 50.0f : run % 4 == 2 ? 500.0f : 5000.0f;
+    const auto isNear = [&](double longitude, double latitude) {
+      return Algorithm::IsPointNearOtherOne(center, metres, {longitude, latitude});
+    };
+    const double west = center.longitude - halfWidth, east = center.longitude + halfWidth;
+    const double south = center.latitude - halfWidth, north = center.latitude + halfWidth;
+    ASSERT_TRUE(isNear(west, south) && isNear(east, north));
+    ASSERT_FALSE(isNear(Below(west), south) || isNear(west, Below(south)));
+    ASSERT_FALSE(isNear(Above(east), north) || isNear(east, Above(north)));
+  }
 }
 
 TEST(IsPointNearOtherOne, RefusesSomePointsWithinTheRadiusAsItsCommentSays) {

@@ -896,6 +896,30 @@ INSTANTIATE_TEST_SUITE_P(
         BetweenCase{"NaNEnd", OnEquator(10.5), OnEquator(10.0), {kNaN, 0.0, 0.0f}, -1, kUntouchedRatio}),
     testsupport::CaseName<BetweenCase>);
 
+TEST(PosInAB, AddsBothDistancesBeforeItTakesTheLengthAway) {
+  // 1000 km long, so that the sum of the distances is rounded by far more than the detour changes from one position to
+  // the next.
+  const GeoCoordinateZ a(0.0, 0.0, 0.0f), b(9.0, 0.0, 0.0f);
+  const auto detour = [&](double latitude) {
+    const GeoCoordinateZ pos(3.1, latitude, 0.0f);
+    return std::fabs(pos.DistanceTo(a) + pos.DistanceTo(b) - b.DistanceTo(a));
+  };
+  double within = 0.0, beyond = 0.01;
+  while (beyond - within > 1e-13) {
+    const double middle = 0.5 * (within + beyond);
+    (detour(middle) <= 0.1 ? within : beyond) = middle;
+  }
+  int otherwise = 0;
+  for (int i = -2000; i <= 2000; ++i) {
+    const GeoCoordinateZ pos(3.1, within + i * 1e-14, 0.0f);
+    double ratio = -1.0;
+    ASSERT_EQ(VorelGeometryAlgorithm::PosInAB(pos, a, b, ratio) == 0, detour(pos.latitude) <= 0.1) << i;
+    const double lengthFirst = std::fabs(pos.DistanceTo(a) + (pos.DistanceTo(b) - b.DistanceTo(a)));
+    otherwise += (lengthFirst <= 0.1) != (detour(pos.latitude) <= 0.1);
+  }
+  EXPECT_GT(otherwise, 0);
+}
+
 TEST(PosInAB, ToleratesADetourOfADecimetreItself) {
   ASSERT_TRUE(IsExact(0.05));
   const GeoCoordinateZ a(0.0, 0.0, 0.0f);

@@ -260,6 +260,21 @@ TEST(GetFixAngleForSidePoint, AcceptsAnAngleOfZeroOnBothSegments) {
   EXPECT_EQ(Algorithm::GetFixAngleForSidePoint(third, c.from, c.from, 0.0, 500.0, false), 0.0f);
 }
 
+TEST(GetFixAngleForSidePoint, PrefersAFirstCandidateStraightAhead) {
+  // The farther candidate lies due north of `from`, as `to` does; the nearer one beside it, on the wanted side.
+  const GeoCoordinate corner{0.0, 0.0};
+  GeoCoordinate from{0.0, -0.003}, to{0.0, -0.0005};
+  const std::vector<double> candidates = Algorithm::GetLength3OfTriangle(to.DistanceTo(from), 300.0, 60.0);
+  ASSERT_EQ(candidates.size(), 2u);
+  const GeoCoordinate east{0.01, 0.0}, west{-0.01, 0.0};
+  from.longitude = to.longitude = Algorithm::GetLinePoint(corner, west, candidates[0]).longitude;
+  EXPECT_TRUE(
+      SameBits(Algorithm::GetFixAngleForSidePoint({west, corner}, from, to, 60.0, 300.0, true), 0.0f));
+  from.longitude = to.longitude = Algorithm::GetLinePoint(corner, east, candidates[0]).longitude;
+  EXPECT_TRUE(SameBits(
+      Algorithm::GetFixAngleForSidePoint({west, west, corner, east}, from, to, 60.0, 300.0, false), 0.0f));
+}
+
 TEST(GetFixAngleForSidePoint, HasTheBitsOfItsPlainTwin) {
   Numbers numbers(kSeed);
   int positive = 0, negative = 0;

@@ -188,6 +188,15 @@ TEST(StretchAhead, TruncatesTheSum) {
   EXPECT_TRUE(SameBits(out, Line{base, Route()[1]}));
 }
 
+TEST(StretchAhead, AddsTheLengthToTheStartFirst) {
+  // The start, 1e16 m, is cut to 2147483647. With the length it makes 1e16 + 1, which rounds to 1e16: that is where the
+  // base point lies. The other way round the end point would lie 1 m of 4 beyond it.
+  Line out;
+  ASSERT_TRUE(Algorithm::ChoosePointsInPolylineFromBasePoint(0, Route()[0], 1e16 - 2147483646.0, Route(),
+                                                             {1e16, 1e16 + 4.0}, out));
+  EXPECT_TRUE(SameBits(out, Line{Route()[0], Route()[0]}));
+}
+
 TEST(StretchAhead, RefusesAnEmptyRoute) {
   Line out{kHeld};
   EXPECT_FALSE(Algorithm::ChoosePointsInPolylineFromBasePoint(0, kHeld, 50.0, Line(), kHundreds, out));
