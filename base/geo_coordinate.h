@@ -22,11 +22,15 @@ struct VOREL_EXPORT GeoCoordinate {
   /// earth. The same bits in both directions. Any longitude is valid: differences are folded by whole turns, so a
   /// step across the antimeridian is short.
   ///
+  /// The result of near and middle distances uses only + - * / sqrt; far ones call the math library.
+  ///
   /// @param other  degrees; each latitude in [-90, 90]
-  /// @return metres; exactly 0 for two equal points (whatever their values, infinities included); otherwise NaN
-  ///         when a coordinate is NaN or infinite or a latitude lies beyond 90
+  /// @return metres; exactly 0 for two equal points (whatever their values, infinities included)
+  ///
+  /// Ends: longitudes folded by whole turns, latitudes neither folded nor clamped.
+  /// NaN: NaN, also where the points differ and a coordinate is infinite or a latitude lies beyond 90.
   /// Cost: no trigonometric function up to a difference of 2.75 degrees in each direction, some 30 times as long
-  /// beyond. The result of near and middle distances uses only + - * / sqrt; far ones call the math library.
+  /// beyond.
   double DistanceTo(const GeoCoordinate& other) const;
 
   /// Exact comparison, field by field: -0 equals +0, a NaN equals nothing.
