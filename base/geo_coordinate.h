@@ -9,10 +9,12 @@ namespace tarvo {
 
 /// A point on the earth in degrees. The longitude comes first, here and in every constructor and list.
 struct VOREL_EXPORT GeoCoordinate {
-  double longitude = 0.0;
-  double latitude = 0.0;
+  double longitude = 0.0;  ///< degrees, east positive; any value
+  double latitude = 0.0;   ///< degrees, north positive
 
   constexpr GeoCoordinate() = default;
+
+  /// The point with these coordinates, taken as they are.
   constexpr GeoCoordinate(double longitudeDegrees, double latitudeDegrees)
       : longitude(longitudeDegrees), latitude(latitudeDegrees) {}
 
@@ -37,14 +39,17 @@ struct VOREL_EXPORT GeoCoordinate {
   constexpr bool operator==(const GeoCoordinate& other) const {
     return longitude == other.longitude && latitude == other.latitude;
   }
+  /// The opposite: a NaN differs from everything.
   constexpr bool operator!=(const GeoCoordinate& other) const { return !(*this == other); }
 };
 
 /// A point on the earth with a height in metres, held in single precision. The height never enters a distance.
 struct VOREL_EXPORT GeoCoordinateZ : GeoCoordinate {
-  float z = 0.0f;
+  float z = 0.0f;  ///< height in metres
 
   constexpr GeoCoordinateZ() = default;
+
+  /// The point with these coordinates and this height, taken as they are.
   constexpr GeoCoordinateZ(double longitudeDegrees, double latitudeDegrees, float heightMetres)
       : GeoCoordinate(longitudeDegrees, latitudeDegrees), z(heightMetres) {}
 
@@ -52,6 +57,7 @@ struct VOREL_EXPORT GeoCoordinateZ : GeoCoordinate {
   constexpr bool operator==(const GeoCoordinateZ& other) const {
     return longitude == other.longitude && latitude == other.latitude && z == other.z;
   }
+  /// The opposite: a NaN differs from everything.
   constexpr bool operator!=(const GeoCoordinateZ& other) const { return !(*this == other); }
 };
 

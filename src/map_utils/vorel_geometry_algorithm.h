@@ -19,8 +19,8 @@ namespace vorel {
 /// Plain 2-D vector.
 template <class T>
 struct Vector2 {
-  T x{};
-  T y{};
+  T x{};  ///< first component
+  T y{};  ///< second component
 };
 
 /// Where the given guide line of a lane arrow lies across the arrow. Any other value counts as the right edge.
@@ -146,11 +146,11 @@ class VOREL_EXPORT VorelGeometryAlgorithm {
 
   /// Candidates for the third side of a triangle of which two sides and the angle facing one of them are known.
   ///
-  ///          *
-  ///         / \            angle: between sideB and the unknown side c
-  ///   sideB/   \sideA
-  ///       /_____\          c: none, one or two lengths fit
-  ///     angle  c
+  ///            *
+  ///           / \            angle: between sideB and the unknown side c
+  ///     sideB/   \sideA
+  ///         /_____\          c: none, one or two lengths fit
+  ///       angle  c
   ///
   /// @param sideA, sideB  any unit, the same for both
   /// @param angle         degrees, between `sideB` and the unknown side
@@ -184,14 +184,14 @@ class VOREL_EXPORT VorelGeometryAlgorithm {
 
   // ---- Points and rectangles ----------------------------------------------------------------------------------
 
-  /// Smallest rectangle around `points[0 .. count - 1]`.
+  /// Smallest rectangle around the first `count` of `points`.
   ///
   /// @param points  degrees; may be null
   /// @param count   number of points
   /// @param bound   degrees
   /// @return false for null or no points
   ///
-  /// Ends: all of `points[0 .. count - 1]`.
+  /// Ends: the points 0 to `count` - 1, both included.
   /// Output: `bound` overwritten; untouched when false is returned.
   /// NaN: NaN where the first point has it (deliberate); one of a later point is passed over.
   /// Unchecked: `points` is null or holds `count` points.
@@ -1250,7 +1250,7 @@ class VOREL_EXPORT VorelGeometryAlgorithm {
 
   // ---- Bounds and planes --------------------------------------------------------------------------------------
 
-  /// Corners of the bounding box of `points[first .. last]`.
+  /// Corners of the bounding box of the points from `first` to `last`.
   ///
   ///     3-------2
   ///     |       |      appended in this order: counter-clockwise from the south-west
