@@ -414,6 +414,8 @@ class Drawing {
       const double up = along.x < 0.0 ? -kLabelPixels : kLabelPixels;  // above, or to the right when upright
       directions = {{along.y * up, -along.x * up},
                     {-along.y * up, along.x * up},
+                    {1.6 * along.y * up, -1.6 * along.x * up},
+                    {-1.6 * along.y * up, 1.6 * along.x * up},
                     {0.0, -1.5 * kLabelPixels},
                     {0.0, 1.5 * kLabelPixels}};
     }
