@@ -3,10 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <fstream>
-#include <nlohmann/json.hpp>
 #include <random>
-#include <stdexcept>
 
 #include "base/geodesy/wgs84.h"
 #include "bench_lines.h"
@@ -78,6 +75,20 @@ DistanceCase MakePairs(const char* name, double largestDifference) {
   return c;
 }
 
+/// Nearly opposite points: where the shortest path is hardest to find.
+DistanceCase OppositePairs() {
+  std::mt19937 generator(50007);
+  DistanceCase c;
+  c.opposite = true;
+  for (int i = 0; i < 1024; ++i) {
+    const GeoCoordinate from{Uniform(generator, -179.0, -1.0), Uniform(generator, -60.0, 60.0)};
+    c.pairs.emplace_back(from, GeoCoordinate(from.longitude + 180.0 + Uniform(generator, -0.6, 0.6),
+                                             -from.latitude + Uniform(generator, -0.6, 0.6)));
+  }
+  static_cast<JobCase&>(c) = {"DistanceTo", "nearly opposite points", 1024, 1024, "pair"};
+  return c;
+}
+
 template <class Case>
 Case Named(const char* job, std::string input, std::size_t size, const char* unit) {
   Case c;
@@ -127,11 +138,13 @@ void AddClipping(Inputs& inputs) {
     inputs.clipping.push_back(Clipping("diagonal of " + WithThousands(size) + " misses the view", diagonal,
                                        Around({0.2 * span, -0.2 * span}, 0.1 * span)));
   }
-  Line zigzag;
-  for (int i = 0; i < 10000; ++i)
-    zigzag.emplace_back(kLongitude + 2e-4 * i, kLatitude + (i % 2 ? 1e-4 : -1e-4));
-  inputs.clipping.push_back(
-      Clipping("each of 10,000 segments crosses the border", zigzag, {{0.0, kLatitude}, {90.0, 90.0}}));
+  for (const std::size_t size : {100u, 10000u}) {
+    Line zigzag;
+    for (std::size_t i = 0; i < size; ++i)
+      zigzag.emplace_back(kLongitude + 2e-4 * static_cast<double>(i), kLatitude + (i % 2 ? 1e-4 : -1e-4));
+    inputs.clipping.push_back(Clipping("each of " + WithThousands(size) + " segments crosses the border",
+                                       zigzag, {{0.0, kLatitude}, {90.0, 90.0}}));
+  }
 }
 
 void AddSymbols(Inputs& inputs) {
@@ -142,11 +155,12 @@ void AddSymbols(Inputs& inputs) {
     c.view = CityView(road);
     inputs.symbols.push_back(c);
   }
-  Line road = Road(10000);
-  ClippingCase c =
-      OfLine<ClippingCase>("GetInterpolateShapePoints", "in and out of the view, route of 10,000", road);
-  c.view = {{-90.0, kLatitude}, {90.0, 90.0}};
-  inputs.symbols.push_back(c);
+  for (const std::size_t size : {100u, 10000u}) {
+    ClippingCase c = OfLine<ClippingCase>(
+        "GetInterpolateShapePoints", "in and out of the view, route of " + WithThousands(size), Road(size));
+    c.view = {{-90.0, kLatitude}, {90.0, 90.0}};
+    inputs.symbols.push_back(c);
+  }
 }
 
 /// A star about (7.5, 47.5), about a kilometre across, with a jagged border.
@@ -224,12 +238,42 @@ ProjectionCase Projection(const std::string& input, LineZ lane, bool farEnd) {
   return c;
 }
 
+/// An arc of 100 m about the only position: no vertex is nearer than another.
+ProjectionCase ProjectionFromCentre(std::size_t vertexCount) {
+  ProjectionCase c = Named<ProjectionCase>("ProjectionPosToLinesDistance",
+                                           "lane of " + WithThousands(vertexCount) + " around the position",
+                                           vertexCount, "segment");
+  const double radius = 100.0 / kMetresPerDegree;
+  for (std::size_t i = 0; i < vertexCount; ++i) {
+    const double angle = 6.2 * static_cast<double>(i) / static_cast<double>(vertexCount);
+    c.lane.emplace_back(kLongitude + radius * std::cos(angle) / CosDegrees(kLatitude),
+                        kLatitude + radius * std::sin(angle), 0.0f);
+  }
+  c.positions.assign(64, GeoCoordinateZ(kLongitude, kLatitude, 0.0f));
+  c.items = 64.0 * static_cast<double>(vertexCount - 1);
+  return c;
+}
+
+/// Every segment lies beyond the range.
+ProjectionCase ProjectionOutOfRange(std::size_t vertexCount) {
+  ProjectionCase c = Projection("lane of " + WithThousands(vertexCount) + ", everything far",
+                                bench::Lane(static_cast<std::int64_t>(vertexCount)), false);
+  for (GeoCoordinateZ& position : c.positions) {
+    position.longitude += 5000.0 / kMetresPerDegree;
+    position.latitude -= 5000.0 / kMetresPerDegree;
+  }
+  c.range = 50.0;
+  return c;
+}
+
 void AddLanes(Inputs& inputs) {
   for (const int size : {10, 100, 1000}) {
     const std::string count = WithThousands(static_cast<std::size_t>(size));
     inputs.projection.push_back(Projection("lane of " + count, bench::Lane(size), false));
     inputs.projection.push_back(
         Projection("lane of " + count + ", match at the far end", bench::Lane(size), true));
+    inputs.projection.push_back(ProjectionOutOfRange(static_cast<std::size_t>(size)));
+    inputs.projection.push_back(ProjectionFromCentre(static_cast<std::size_t>(size)));
     OffsetCase lane =
         Named<OffsetCase>("PanLinePoints", "lane of " + count, static_cast<std::size_t>(size), "point");
     lane.lane = bench::Lane(size);
@@ -266,7 +310,13 @@ LineZ LongestRealLine(const std::string& folder, const std::string& file) {
   return longest;
 }
 
-void AddRealLines(Inputs& inputs) {
+HeightLengthCase HeightLength(const std::string& input, LineZ line) {
+  HeightLengthCase c = Named<HeightLengthCase>("GetDistanceByVector, 3-D", input, line.size(), "vertex");
+  c.line = std::move(line);
+  return c;
+}
+
+void AddRealRoutes(Inputs& inputs) {
   for (const auto& [file, name] :
        {std::pair<const char*, const char*>{"andorra_mountain", "real mountain route"},
         {"monaco_city", "real city route"}}) {
@@ -275,6 +325,7 @@ void AddRealLines(Inputs& inputs) {
     const Line line = testsupport::WithoutHeight(withHeight);
     const std::string label = std::string(name) + ", " + WithThousands(line.size());
     inputs.length.push_back(OfLine<LengthCase>("GetDistance", label, line));
+    inputs.walking.push_back(OfLine<LengthCase>("", label, line));
     SamplingCase sampling = OfLine<SamplingCase>("CalcPointsInPolyline", label, line);
     sampling.interval = 50.0;
     inputs.sampling.push_back(sampling);
@@ -282,27 +333,45 @@ void AddRealLines(Inputs& inputs) {
     ClippingCase symbols = OfLine<ClippingCase>("GetInterpolateShapePoints", label, line);
     symbols.view = SmallView(line);
     inputs.symbols.push_back(symbols);
+    ThinningCase thinning =
+        Named<ThinningCase>("PreProcessRoutePoints", "200 m, " + label, line.size(), "vertex");
+    thinning.spacing = 200.0;
+    thinning.route = {line};
+    inputs.thinning.push_back(thinning);
   }
-  const LineZ lane = LongestRealLine("lanes", "testfeld");
-  if (!lane.empty())
-    inputs.projection.push_back(Projection("real motorway lane, " + WithThousands(lane.size()), lane, false));
+  const LineZ heights = LongestRealLine("routes", "norway_roads_3d");
+  if (!heights.empty())
+    inputs.heightLength.push_back(HeightLength("real road, " + WithThousands(heights.size()), heights));
 }
 
-nlohmann::json Positions(const Line& line) {
-  nlohmann::json positions = nlohmann::json::array();
-  for (const GeoCoordinate& point : line) positions.push_back({point.longitude, point.latitude});
-  return positions;
+void AddRealLanes(Inputs& inputs) {
+  const LineZ lane = LongestRealLine("lanes", "testfeld");
+  if (lane.empty()) return;
+  const std::string label = "real motorway lane, " + WithThousands(lane.size());
+  inputs.heightLength.push_back(HeightLength(label, lane));
+  inputs.projection.push_back(Projection(label, lane, false));
+  OffsetCase offset = Named<OffsetCase>("PanLinePoints", label, lane.size(), "point");
+  offset.lane = lane;
+  inputs.offset.push_back(offset);
 }
-nlohmann::json Positions(const LineZ& line) {
-  return Positions(testsupport::WithoutHeight(line));
-}
-nlohmann::json Positions(const std::vector<std::pair<GeoCoordinate, GeoCoordinate>>& pairs) {
+
+void AddRealPolygon(Inputs& inputs) {
+  Line polygon = testsupport::WithoutHeight(LongestRealLine("polygons", "andorra"));
+  if (polygon.empty()) return;
+  polygon.pop_back();  // rings repeat their first vertex
+  const auto [west, east] = std::minmax_element(
+      polygon.begin(), polygon.end(),
+      [](const GeoCoordinate& a, const GeoCoordinate& b) { return a.longitude < b.longitude; });
+  const auto [south, north] = std::minmax_element(
+      polygon.begin(), polygon.end(),
+      [](const GeoCoordinate& a, const GeoCoordinate& b) { return a.latitude < b.latitude; });
+  std::mt19937 generator(50008);
   Line points;
-  for (const auto& [from, to] : pairs) {
-    points.push_back(from);
-    points.push_back(to);
+  for (int i = 0; i < 1024; ++i) {
+    points.emplace_back(Uniform(generator, west->longitude, east->longitude),
+                        Uniform(generator, south->latitude, north->latitude));
   }
-  return Positions(points);
+  inputs.containment.push_back(Containment("real area, " + WithThousands(polygon.size()), polygon, points));
 }
 
 }  // namespace
@@ -310,7 +379,7 @@ nlohmann::json Positions(const std::vector<std::pair<GeoCoordinate, GeoCoordinat
 Inputs MakeInputs() {
   Inputs inputs;
   inputs.distance = {MakePairs("near: 100 m", 0.001), MakePairs("middle: 2 degrees", 2.0),
-                     MakePairs("far: 25 degrees", 25.0)};
+                     MakePairs("far: 25 degrees", 25.0), OppositePairs()};
   for (const std::size_t size : {100u, 10000u, 1000000u}) {
     const std::string label = "route of " + WithThousands(size);
     const Line road = Road(size);
@@ -324,57 +393,32 @@ Inputs MakeInputs() {
     sampling.interval = 50.0;
     inputs.sampling.push_back(sampling);
   }
-  Line longSteps;
-  for (int i = 0; i < 10000; ++i) longSteps.emplace_back(i % 2 == 0 ? -4.0 : 4.0, -40.0 + 8e-3 * i);
-  inputs.length.push_back(OfLine<LengthCase>("GetDistance", "10,000 steps of 8 degrees", longSteps));
-  HeightLengthCase longWithHeight =
-      Named<HeightLengthCase>("GetDistanceByVector, 3-D", "10,000 steps of 8 degrees", 10000, "vertex");
-  for (const GeoCoordinate& point : longSteps)
-    longWithHeight.line.emplace_back(point.longitude, point.latitude, 100.0f);
-  inputs.heightLength.push_back(longWithHeight);
-  SamplingCase dense = OfLine<SamplingCase>("CalcPointsInPolyline", "1 m, route of 10,000", Road(10000));
-  dense.interval = 1.0;
-  inputs.sampling.push_back(dense);
+  for (const std::size_t size : {100u, 10000u}) {
+    Line longSteps;
+    LineZ withHeight;
+    for (std::size_t i = 0; i < size; ++i) {
+      longSteps.emplace_back(i % 2 == 0 ? -4.0 : 4.0,
+                             -40.0 + 80.0 * static_cast<double>(i) / static_cast<double>(size));
+      withHeight.emplace_back(longSteps.back().longitude, longSteps.back().latitude, 100.0f);
+    }
+    const std::string label = WithThousands(size) + " steps of 8 degrees";
+    inputs.length.push_back(OfLine<LengthCase>("GetDistance", label, longSteps));
+    inputs.walking.push_back(OfLine<LengthCase>("", label, longSteps));
+    inputs.heightLength.push_back(HeightLength(label, withHeight));
+    SamplingCase dense =
+        OfLine<SamplingCase>("CalcPointsInPolyline", "1 m, route of " + WithThousands(size), Road(size));
+    dense.interval = 1.0;
+    inputs.sampling.push_back(dense);
+  }
   AddClipping(inputs);
   AddSymbols(inputs);
   AddContainment(inputs);
   AddLanes(inputs);
   AddThinning(inputs);
-  AddRealLines(inputs);
+  AddRealRoutes(inputs);
+  AddRealLanes(inputs);
+  AddRealPolygon(inputs);
   return inputs;
-}
-
-void WriteInputs(const Inputs& inputs, const Jobs& jobs, const std::string& path) {
-  nlohmann::json cases = nlohmann::json::array();
-  const auto add = [&](const char* kind, const JobCase& c, nlohmann::json data) {
-    data["kind"] = kind;
-    data["job"] = c.job;
-    data["input"] = c.input;
-    data["size"] = c.size;
-    data["items"] = c.items;
-    data["unit"] = c.unit;
-    data["expected"] = jobs.Expected(c);
-    cases.push_back(std::move(data));
-  };
-  for (const auto& c : inputs.distance) add("distance", c, {{"points", Positions(c.pairs)}});
-  for (const auto& c : inputs.length) add("length", c, {{"line", Positions(c.line)}});
-  for (const auto& c : inputs.clipping) {
-    add("clipping", c,
-        {{"line", Positions(c.line)},
-         {"view", {c.view.min.longitude, c.view.min.latitude, c.view.max.longitude, c.view.max.latitude}}});
-  }
-  for (const auto& c : inputs.sampling) {
-    // The peers there walk from the start for each point: beyond this size they take minutes.
-    if (c.size <= 100.0) add("sampling", c, {{"line", Positions(c.line)}, {"interval", c.interval}});
-  }
-  for (const auto& c : inputs.containment)
-    add("containment", c, {{"line", Positions(c.polygon)}, {"points", Positions(c.points)}});
-  for (const auto& c : inputs.projection)
-    add("projection", c, {{"line", Positions(c.lane)}, {"points", Positions(c.positions)}});
-  for (const auto& c : inputs.offset) add("offset", c, {{"line", Positions(c.lane)}, {"metres", kOffset}});
-  std::ofstream stream(path);
-  stream << cases;
-  if (!stream.flush()) throw std::runtime_error("could not write " + path);
 }
 
 std::vector<LocalPoint> LocalMetres(const LineZ& points, const GeoCoordinate& origin) {

@@ -20,7 +20,9 @@ using LineZ = std::vector<tarvo::GeoCoordinateZ>;
 using Rect = tarvo::Rect<tarvo::GeoCoordinate>;
 
 struct DistanceCase : JobCase {
+  bool opposite = false;  // nearly opposite points: where some methods fail
   std::vector<std::pair<tarvo::GeoCoordinate, tarvo::GeoCoordinate>> pairs;
+  std::vector<double> exact;  // metres between the pairs; empty where no peer gives them
 };
 struct LengthCase : JobCase {
   Line line;
@@ -43,6 +45,7 @@ struct ContainmentCase : JobCase {
 struct ProjectionCase : JobCase {
   LineZ lane;
   LineZ positions;
+  double range = 1e9;  // metres: beyond it there is no match
 };
 struct OffsetCase : JobCase {
   LineZ lane;

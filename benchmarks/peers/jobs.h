@@ -6,11 +6,9 @@
 
 #include <benchmark/benchmark.h>
 
-#include <algorithm>
-#include <cmath>
 #include <functional>
 #include <map>
-#include <stdexcept>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -28,25 +26,22 @@ struct JobCase {
 
 class Jobs {
  public:
-  /// Registers one candidate. `work` does the whole job once and is what is timed; its data are prepared beforehand.
+  /// Adds one candidate. `work` does the whole job once and is what is timed; its data are prepared beforehand.
   /// `check` gives one number that says what came out, in the same unit for every candidate of the job; the first
-  /// candidate of a case sets the expected value, and later ones may differ from it by `tolerance`, relative.
+  /// candidate of a case sets the expected value, and later ones may differ from it by `tolerance`, relative. `prepare`
+  /// runs before the check and, untimed, before each measurement.
   template <class Work, class Check>
   void Add(const JobCase& jobCase, const std::string& candidate, double tolerance, Work work, Check check,
            const std::function<void()>& prepare = {}) {
-    const double difference = Compare(jobCase, candidate, tolerance, static_cast<double>(check()));
-    benchmark::RegisterBenchmark((jobCase.job + '|' + jobCase.input + '|' + candidate).c_str(),
-                                 [=](benchmark::State& state) mutable {
-                                   if (prepare) prepare();
-                                   for (auto _ : state) {
-                                     benchmark::DoNotOptimize(work());
-                                     benchmark::ClobberMemory();
-                                   }
-                                   state.counters["size"] = jobCase.size;
-                                   state.counters["items"] = jobCase.items;
-                                   state.counters["difference"] = difference;
-                                   state.SetLabel(jobCase.unit);
-                                 });
+    if (prepare) prepare();
+    AddChecked(jobCase, candidate, tolerance, static_cast<double>(check()),
+               [prepare, work](benchmark::State& state) mutable {
+                 if (prepare) prepare();
+                 for (auto _ : state) {
+                   benchmark::DoNotOptimize(work());
+                   benchmark::ClobberMemory();
+                 }
+               });
   }
 
   /// The same where the result of `work` is the number to compare.
@@ -55,25 +50,40 @@ class Jobs {
     Add(jobCase, candidate, tolerance, work, work);
   }
 
-  /// Candidates that disagree measure different things: nothing may then be measured.
-  void ThrowOnDisagreement() const {
-    if (!disagreements_.empty()) throw std::runtime_error("implausible results:" + disagreements_);
+  /// Notes how far a candidate's distances lie from the exact ones at most, in metres.
+  void SetLargestError(const JobCase& jobCase, const std::string& candidate, double metres) {
+    largestErrors_[jobCase.job + '|' + jobCase.input + '|' + candidate] = metres;
   }
+
+  /// Candidates that disagree measure different things: nothing may then be measured.
+  void ThrowOnDisagreement() const;
 
   double Expected(const JobCase& jobCase) const { return expected_.at(jobCase.job + '|' + jobCase.input); }
 
- private:
-  double Compare(const JobCase& jobCase, const std::string& candidate, double tolerance, double value) {
-    const double expected = expected_.emplace(jobCase.job + '|' + jobCase.input, value).first->second;
-    const double difference = std::fabs(value - expected) / std::max(1e-300, std::fabs(expected));
-    if (!(value == expected || difference <= tolerance)) {
-      disagreements_ += "\n  " + jobCase.job + ", " + jobCase.input + ": " + candidate + " gives " +
-                        std::to_string(value) + ", expected " + std::to_string(expected);
-    }
-    return value == expected ? 0.0 : difference;
-  }
+  /// Registers the candidates, case by case: those to be compared run one right after the other.
+  void Register() const;
 
-  std::map<std::string, double> expected_;  // by case
+  /// Measures every candidate `passCount` times, going round all of them each time, so that a slow minute of the machine
+  /// meets all; writes the seconds of one run of each job to `path` as JSON and the progress to stderr.
+  void Measure(int passCount, const std::string& path) const;
+
+ private:
+  struct Entry {
+    JobCase jobCase;
+    std::string candidate;
+    double difference = 0.0;  ///< of its result from the expected one, relative
+    std::function<void(benchmark::State&)> run;
+
+    std::string Name() const { return jobCase.job + '|' + jobCase.input + '|' + candidate; }
+  };
+
+  void AddChecked(const JobCase& jobCase, const std::string& candidate, double tolerance, double value,
+                  std::function<void(benchmark::State&)> run);
+
+  std::vector<std::vector<std::shared_ptr<const Entry>>> cases_;  // in the order of their first candidate
+  std::map<std::string, std::size_t> caseIndices_;                // by job and input
+  std::map<std::string, double> expected_;                        // by job and input
+  std::map<std::string, double> largestErrors_;                   // by job, input and candidate
   std::string disagreements_;
 };
 

@@ -49,11 +49,8 @@ Line Thinned(const std::vector<Line>& route, float spacing) {
 
 void AddPlain(const Inputs& inputs, Jobs& jobs) {
   for (const DistanceCase& c : inputs.distance) {
-    jobs.Add(c, "haversine", kSphereTolerance, [&c] {
-      double sum = 0.0;
-      for (const auto& [from, to] : c.pairs) sum += Haversine(from, to);
-      return sum;
-    });
+    AddDistances(c, jobs, "haversine", kSphereTolerance, c.pairs,
+                 [](const auto& pair) { return Haversine(pair.first, pair.second); });
   }
   for (const LengthCase& c : inputs.length)
     jobs.Add(c, "haversine", kSphereTolerance, [&c] { return Length(c.line); });

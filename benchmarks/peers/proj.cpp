@@ -10,15 +10,11 @@ void AddProj(const Inputs& inputs, Jobs& jobs) {
   geod_geodesic wgs84;
   geod_init(&wgs84, 6378137.0, 1.0 / 298.257223563);
   for (const DistanceCase& c : inputs.distance) {
-    jobs.Add(c, "PROJ", kEllipsoidTolerance, [&c, wgs84] {
-      double sum = 0.0;
-      for (const auto& [from, to] : c.pairs) {
-        double metres = 0.0;
-        geod_inverse(&wgs84, from.latitude, from.longitude, to.latitude, to.longitude, &metres, nullptr,
-                     nullptr);
-        sum += metres;
-      }
-      return sum;
+    AddDistances(c, jobs, "PROJ", kEllipsoidTolerance, c.pairs, [wgs84](const auto& pair) {
+      double metres = 0.0;
+      geod_inverse(&wgs84, pair.first.latitude, pair.first.longitude, pair.second.latitude,
+                   pair.second.longitude, &metres, nullptr, nullptr);
+      return metres;
     });
   }
 }

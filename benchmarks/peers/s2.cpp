@@ -35,11 +35,8 @@ void AddLengths(const Inputs& inputs, Jobs& jobs) {
   for (const DistanceCase& c : inputs.distance) {
     std::vector<std::pair<S2Point, S2Point>> pairs;
     for (const auto& [from, to] : c.pairs) pairs.emplace_back(Prepared(from), Prepared(to));
-    jobs.Add(c, "S2", kSphereTolerance, [pairs] {
-      double sum = 0.0;
-      for (const auto& [from, to] : pairs) sum += kMeanRadius * S1Angle(from, to).radians();
-      return sum;
-    });
+    AddDistances(c, jobs, "S2", kSphereTolerance, pairs,
+                 [](const auto& pair) { return kMeanRadius * S1Angle(pair.first, pair.second).radians(); });
   }
   for (const LengthCase& c : inputs.length) {
     jobs.Add(c, "S2", kSphereTolerance,
@@ -64,6 +61,24 @@ void AddSampling(const Inputs& inputs, Jobs& jobs) {
                }
                return out.size();
              });
+  }
+}
+
+/// A walk by the chord between the prepared unit vectors.
+void AddThinning(const Inputs& inputs, Jobs& jobs) {
+  for (const ThinningCase& c : inputs.thinning) {
+    std::vector<std::vector<S2Point>> route;
+    for (const Line& segment : c.route) route.push_back(PreparedLine(segment));
+    const S1ChordAngle limit(S1Angle::Radians(c.spacing / kMeanRadius));
+    jobs.Add(c, "S2 walk", kThinningTolerance, [route, limit] {
+      std::vector<S2Point> kept;
+      for (const std::vector<S2Point>& segment : route) {
+        for (std::size_t i = 0; i < segment.size(); ++i) {
+          if (i == 0 || S1ChordAngle(kept.back(), segment[i]) > limit) kept.push_back(segment[i]);
+        }
+      }
+      return kept.size();
+    });
   }
 }
 
@@ -134,6 +149,7 @@ void AddProjection(const Inputs& inputs, Jobs& jobs) {
 void AddS2(const Inputs& inputs, Jobs& jobs) {
   AddLengths(inputs, jobs);
   AddSampling(inputs, jobs);
+  AddThinning(inputs, jobs);
   AddContainment(inputs, jobs);
   AddProjection(inputs, jobs);
 }

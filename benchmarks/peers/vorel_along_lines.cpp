@@ -25,19 +25,8 @@ double CountAll(const std::vector<Line>& lines) {
 
 void AddLengths(const Inputs& inputs, Jobs& jobs, const VectorPath& path) {
   for (const DistanceCase& c : inputs.distance) {
-    jobs.Add(
-        c, path.candidate, 0.0,
-        [&c] {
-          double sum = 0.0;
-          for (const auto& [from, to] : c.pairs) sum += from.DistanceTo(to);
-          return sum;
-        },
-        [&c] {
-          double sum = 0.0;
-          for (const auto& [from, to] : c.pairs) sum += from.DistanceTo(to);
-          return sum;
-        },
-        path.choose);
+    const auto distance = [](const auto& pair) { return pair.first.DistanceTo(pair.second); };
+    AddDistances(c, jobs, path.candidate, 0.0, c.pairs, distance, path.choose);
   }
   for (const LengthCase& c : inputs.length) {
     const auto work = [&c] { return Length(c.line); };
@@ -60,7 +49,8 @@ void AddSampling(const Inputs& inputs, Jobs& jobs, const VectorPath& path) {
   }
 }
 
-/// Beside the one call stands the sum of its parts: the cut, then the samples of each piece.
+/// Beside the one call stands the sum of its parts: the cut, then the samples of each piece. Like the call they end a piece
+/// of one sample with its last vertex; unlike it they log nothing and ask no clock.
 void AddSymbols(const Inputs& inputs, Jobs& jobs, const VectorPath& path) {
   for (const ClippingCase& c : inputs.symbols) {
     const auto whole = [&c, out = std::vector<Line>(), area = Line(),
@@ -76,11 +66,11 @@ void AddSymbols(const Inputs& inputs, Jobs& jobs, const VectorPath& path) {
       for (const Line& piece : pieces) {
         out.emplace_back();
         Algorithm::CalcPointsInPolyline(piece, 50, 0, out.back());
+        if (out.back().size() == 1) out.back().push_back(piece.back());
       }
       return CountAll(out);
     };
-    // The call adds the last vertex of a piece shorter than the spacing; its parts do not.
-    jobs.Add(c, path.candidate + ": sum of its parts", 0.6, parts, parts, path.choose);
+    jobs.Add(c, path.candidate + ": sum of its parts", 0.0, parts, parts, path.choose);
   }
 }
 

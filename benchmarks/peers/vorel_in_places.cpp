@@ -36,12 +36,13 @@ void AddContainment(const Inputs& inputs, Jobs& jobs, const VectorPath& path) {
   }
 }
 
-/// The whole lane is scanned: nothing is near enough to end the scan, and any number of far segments is tolerated.
+/// The whole lane is scanned: nothing is near enough to end the scan, and any number of far segments is tolerated. The
+/// nearest one is found in and out of the range.
 void AddProjection(const Inputs& inputs, Jobs& jobs, const VectorPath& path) {
   for (const ProjectionCase& c : inputs.projection) {
     const auto project = [&c](const GeoCoordinateZ& position, int& segment, double& ratio) {
       int start = 0;
-      return Algorithm::ProjectionPosToLinesDistance(position, c.lane, start, segment, ratio, 0.0, 1e9,
+      return Algorithm::ProjectionPosToLinesDistance(position, c.lane, start, segment, ratio, 0.0, c.range,
                                                      std::numeric_limits<int>::max());
     };
     const auto work = [&c, project] {

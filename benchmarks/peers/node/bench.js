@@ -38,6 +38,11 @@ function sumOver(values, value) {
   return sum;
 }
 
+/** The sum of the distances as work, and each of them beside it. */
+function distances(pairs, metres) {
+  return Object.assign(() => sumOver(pairs, metres), {each: () => pairs.map(metres)});
+}
+
 /** Points every `interval` metres by a function that gives the point at a distance. */
 function sample(lineLength, interval, at) {
   const points = [];
@@ -53,15 +58,14 @@ const PEERS = {
   distance: [
     {
       peer: 'turf', tolerance: SPHERE, prepare({points}) {
-        const pairs = pairsOf(points.map((p) => point(p)));
-        return () => sumOver(pairs, ([a, b]) => distance(a, b, METRES));
+        return distances(pairsOf(points.map((p) => point(p))), ([a, b]) => distance(a, b, METRES));
       },
     },
     {
       // A ruler stands for one latitude: one per pair is prepared. Only meant for short distances.
-      peer: 'cheap-ruler', tolerance: PLANE, applies: ({input}) => input.startsWith('near'), prepare({points}) {
+      peer: 'cheap-ruler', tolerance: PLANE, applies: ({input}) => input.startsWith('near:'), prepare({points}) {
         const pairs = pairsOf(points).map(([a, b]) => [new CheapRuler((a[1] + b[1]) / 2, 'meters'), a, b]);
-        return () => sumOver(pairs, ([ruler, a, b]) => ruler.distance(a, b));
+        return distances(pairs, ([ruler, a, b]) => ruler.distance(a, b));
       },
     },
   ],
@@ -133,7 +137,7 @@ const PEERS = {
   offset: [
     {
       // Its offset is in degrees of the plane, as many to the east as to the north: the length says little.
-      peer: 'turf', tolerance: 0.05, prepare({line, metres}) {
+      peer: 'turf', tolerance: 0.1, prepare({line, metres}) {
         const prepared = lineString(line);
         return () => lineOffset(prepared, -metres, METRES);
       },
@@ -169,8 +173,12 @@ for (const jobCase of JSON.parse(readFileSync(inputsFile))) {
       console.error(`${job}, ${input}: ${peer} gives ${value}, expected ${expected}`);
       process.exit(1);
     }
+    const largest_error =
+      work.each && jobCase.exact.length > 0
+        ? Math.max(...work.each().map((metres, i) => Math.abs(metres - jobCase.exact[i])))
+        : undefined;
     measure(work, seconds);  // warms up: the compiler at run time has its say
-    rows.push({job, input, candidate: peer, size, items, unit, difference, seconds: []});
+    rows.push({job, input, candidate: peer, size, items, unit, difference, largest_error, seconds: []});
     for (let i = 0; i < Number(repetitionText); ++i) rows.at(-1).seconds.push(measure(work, seconds));
   }
 }
