@@ -7,6 +7,7 @@
 namespace tarvo {
 namespace kx {
 
+/// Directions between points.
 class VOREL_EXPORT GeoUtils {
  public:
   GeoUtils() = delete;
@@ -14,8 +15,11 @@ class VOREL_EXPORT GeoUtils {
   /// Direction in which the great circle from `a` to `b` starts, in radians, clockwise from north.
   ///
   /// @param a, b  degrees
-  /// @return [0, 2 pi), never 2 pi itself; 0 for equal points; NaN when a coordinate is NaN or infinite and the
-  ///         points differ. Points close together lose digits: the direction is off by up to 4e-9 at 0.5 m.
+  /// @return radians in [0, 2 pi), never 2 pi itself; 0 for equal points. Points close together lose digits: the
+  ///         direction is off by up to 4e-9 at 0.5 m
+  ///
+  /// Ends: folded into [0, 2 pi): 2 pi excluded.
+  /// NaN: NaN, also where the points differ and a coordinate is infinite.
   /// Cost: three sines and cosines and one atan2.
   /// Formula: spherical trigonometry, the four-parts (cotangent) formula.
   static double GetRadianNorth(const GeoCoordinate& a, const GeoCoordinate& b);

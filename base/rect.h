@@ -7,8 +7,8 @@ namespace tarvo {
 /// Never normalised: an inverted rectangle (min greater than max) contains nothing.
 template <class Coordinate>
 struct Rect {
-  Coordinate min;
-  Coordinate max;
+  Coordinate min;  ///< the south-west corner
+  Coordinate max;  ///< the north-east corner
 };
 
 }  // namespace tarvo

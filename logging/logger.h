@@ -36,6 +36,7 @@ class VOREL_EXPORT Logger {
 
   /// Creates a logger.
   ///
+  /// @param instanceId    how records and the other functions name it; any value
   /// @param minimumLevel  the least level it accepts; any value
   /// @param sinks         where its records go; null pointers and repetitions are left out
   /// @return false when the id is taken: the logger that has it stays exactly as it is

@@ -57,6 +57,7 @@ class VOREL_EXPORT StreamSink final : public Sink {
 /// Hands each record to a function.
 class VOREL_EXPORT CallbackSink final : public Sink {
  public:
+  /// Receives one record, valid until the call returns.
   using Callback = std::function<void(const Record&)>;
 
   /// @param callback  called under the rules of `Sink::Write`, so by several threads at once; may be empty
@@ -71,15 +72,15 @@ class VOREL_EXPORT CallbackSink final : public Sink {
 
 /// What `MemorySink` keeps of a record.
 struct StoredRecord {
-  Time time;
-  LogLevel level = LogLevel::kDebug;
-  std::uint32_t threadId = 0;
-  std::size_t line = 0;
-  std::string function;  ///< empty for a null pointer
-  std::string file;      ///< empty for a null pointer
-  std::uint32_t instanceId = 0;
-  std::vector<std::string> tags;
-  std::string message;
+  Time time;                          ///< when it was made
+  LogLevel level = LogLevel::kDebug;  ///< its severity
+  std::uint32_t threadId = 0;         ///< the thread that made it
+  std::size_t line = 0;               ///< of the logging statement in `file`
+  std::string function;               ///< empty for a null pointer
+  std::string file;                   ///< empty for a null pointer
+  std::uint32_t instanceId = 0;       ///< the logger that it was made for
+  std::vector<std::string> tags;      ///< in their order
+  std::string message;                ///< all that was streamed into it
 };
 
 /// Keeps the records in memory, without a limit: for tests.

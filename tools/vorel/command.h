@@ -28,6 +28,7 @@ Command AddArrowCommand(CLI::App& program);
 Command AddCutCommand(CLI::App& program);
 Command AddPlaneCommand(CLI::App& program);
 Command AddBoundsCommand(CLI::App& program);
+Command AddDrawCommand(CLI::App& program);
 
 /// Reads a whole number of metres.
 /// @param option  how the user calls it; used in messages

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "tools/vorel/failure.h"
+#include "tools/vorel/feature_property.h"
 #include "tools/vorel/geojson_reader.h"
 #include "tools/vorel/plain_text.h"
 #include "tools/vorel/view.h"
@@ -15,16 +16,6 @@ using simdjson::dom::object;
 
 // A line on its strip of continuous longitudes may wind round the earth, but a shift of metres does not take it there.
 constexpr double kFarthestLongitude = 1e5;
-
-std::optional<element> PropertyOf(const object* feature, const std::string& key) {
-  element value;
-  if (feature == nullptr) return std::nullopt;
-  if (key == "id" && feature->at_key("id").get(value) == simdjson::SUCCESS && !value.is_null()) return value;
-  object properties;
-  if (feature->at_key("properties").get(properties) != simdjson::SUCCESS) return std::nullopt;
-  if (properties.at_key(key).get(value) != simdjson::SUCCESS) return std::nullopt;
-  return value;
-}
 
 bool IsSelected(const object* feature, const LineSelection& selection) {
   const std::optional<element> property = PropertyOf(feature, selection.key);

@@ -92,6 +92,7 @@ int RunProgram(int argc, char** argv) {
       vorel::tool::AddMatchCommand(program),   vorel::tool::AddOffsetCommand(program),
       vorel::tool::AddArrowCommand(program),   vorel::tool::AddCutCommand(program),
       vorel::tool::AddPlaneCommand(program),   vorel::tool::AddBoundsCommand(program),
+      vorel::tool::AddDrawCommand(program),
   };
   try {
     program.parse(argc, argv);

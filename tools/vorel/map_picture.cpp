@@ -51,6 +51,7 @@ text { font-family: "DejaVu Sans", "Helvetica Neue", Arial, sans-serif; fill: #2
 .point, .legend-point { fill: #b3361e; stroke: #ffffff; stroke-width: 0.8; }
 .hollow, .legend-hollow { fill: #ffffff; stroke: #55656f; stroke-width: 1.2; }
 .small { fill: #ffffff; stroke: none; }
+.label { font-size: 15px; font-weight: bold; paint-order: stroke; stroke: #f1efe9; stroke-width: 4; stroke-linejoin: round; }
 .bar { fill: #2b3a45; stroke: #2b3a45; stroke-width: 1; }
 .bar-light { fill: #ffffff; stroke: #2b3a45; stroke-width: 1; }
 )";
@@ -184,6 +185,13 @@ void MapPicture::AddRing(std::size_t layer, const std::vector<tarvo::GeoCoordina
   if (!path.empty()) AddPath(layerTexts_[layer], layers_[layer].elementClass.c_str(), path, attributes);
 }
 
+void MapPicture::AddRings(std::size_t layer, const std::vector<std::vector<tarvo::GeoCoordinate>>& rings,
+                          const Attributes& attributes) {
+  std::string path;
+  for (const std::vector<tarvo::GeoCoordinate>& ring : rings) path += PathText(ring, true);
+  if (!path.empty()) AddPath(layerTexts_[layer], layers_[layer].elementClass.c_str(), path, attributes);
+}
+
 void MapPicture::AddDot(std::size_t layer, const tarvo::GeoCoordinate& position, double radiusPixels,
                         const Attributes& attributes) {
   for (const int turns : TurnsIntoView({position, position}, projection_.Extent())) {
@@ -197,6 +205,19 @@ void MapPicture::AddDot(std::size_t layer, const tarvo::GeoCoordinate& position,
     SetAttribute(node, "r", PixelText(radiusPixels));
     layerTexts_[layer].Append(ToText(node) + "\n");
   }
+}
+
+void MapPicture::AddLabel(const tarvo::GeoCoordinate& position, Pixel towards, const std::string& text) {
+  constexpr double kHalfCapital = 5.5;  // pixels, from a text's baseline to its middle
+  constexpr double kSideways =
+      0.5;  // beyond it a text begins or ends at the place instead of standing over it
+  const Pixel pixel = PixelInReach(position);
+  const double length = std::hypot(towards.x, towards.y);
+  const double sideways = length > 0.0 ? towards.x / length : 0.0;
+  const char* const anchor = sideways > kSideways ? "start" : (sideways < -kSideways ? "end" : "middle");
+  pugi::xml_document fragment;
+  AppendText(fragment, "label", pixel.x + towards.x, pixel.y + towards.y + kHalfCapital, anchor, text);
+  labels_.Append(ToText(fragment.first_child()) + "\n");
 }
 
 void MapPicture::AddArea(const std::vector<tarvo::GeoCoordinate>& ring) {
@@ -407,12 +428,16 @@ void MapPicture::Write(const std::string& title, const std::vector<std::string>&
   const auto appendLayer = [&](const char* name) {
     AppendElement(clipped, "g", name).append_child(pugi::node_comment).set_value(LayerMark(name).c_str());
   };
-  std::vector<std::pair<std::string, Spool*>> texts = {
-      {"areas", &areas_},   {"routes", &routes_}, {"pieces", &pieces_}, {"hollow-points", &hollowPoints_},
-      {"points", &points_}, {"arrows", &arrows_}};
+  std::vector<std::pair<std::string, Spool*>> texts = {{"areas", &areas_},
+                                                       {"routes", &routes_},
+                                                       {"pieces", &pieces_},
+                                                       {"hollow-points", &hollowPoints_},
+                                                       {"points", &points_}};
   for (std::size_t i = 0; i < layers_.size(); ++i) {
     texts.emplace_back(layers_[i].elementClass + "-layer", &layerTexts_[i]);
   }
+  texts.emplace_back("arrows", &arrows_);
+  texts.emplace_back("labels", &labels_);
   for (const auto& [name, text] : texts) {
     if (text == &hollowPoints_ && !legend_.view.empty()) {
       AppendRectangle(clipped, "view-border", upperLeft.x, upperLeft.y, viewWidth, viewHeight);

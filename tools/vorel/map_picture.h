@@ -58,8 +58,16 @@ class MapPicture {
                const Attributes& attributes);
   void AddRing(std::size_t layer, const std::vector<tarvo::GeoCoordinate>& ring,
                const Attributes& attributes);
+  /// A polygon with holes: the outer ring first.
+  void AddRings(std::size_t layer, const std::vector<std::vector<tarvo::GeoCoordinate>>& rings,
+                const Attributes& attributes);
   void AddDot(std::size_t layer, const tarvo::GeoCoordinate& position, double radiusPixels,
               const Attributes& attributes);
+
+  /// A text above all layers, some pixels away from the place that it names.
+  ///
+  /// @param towards  in which direction from the place it stands, in pixels: x to the right, y down; its length counts
+  void AddLabel(const tarvo::GeoCoordinate& position, Pixel towards, const std::string& text);
 
   const MapProjection& projection() const { return projection_; }
 
@@ -122,6 +130,7 @@ class MapPicture {
   Spool hollowPoints_;
   Spool points_;
   Spool arrows_;
+  Spool labels_;
   double pointRadiusPixels_;
   std::vector<PictureLayer> layers_;
   std::vector<Spool> layerTexts_;  // one for each of `layers_`
