@@ -226,6 +226,8 @@ class NearSegments {
     return measured;
   }
 
+  // The sums are written through a copy of the pointer, which the check does not follow into a template.
+  // NOLINTNEXTLINE(readability-non-const-parameter)
   static std::size_t StoreSums(const Point* points, std::size_t segmentCount, double& metres, double* sums) {
     AddAndStoreSum add{metres, sums};
     const std::size_t measured = UseInOrder(points, segmentCount, add);
