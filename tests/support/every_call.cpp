@@ -399,7 +399,10 @@ std::vector<LibraryCall> LaneCalls() {
          out << Algorithm::PosInAB(in.lineZ[1], in.lineZ[0], in.lineZ[2], ratio) << ratio;
        }},
       {"PanLinePoints", 0,
-       [](In in, Out out) { Algorithm::PanLinePoints(in.lineZ, 1.75f, in.index % 2 == 0, out.lineZ); }},
+       [](In in, Out out) {
+         out.lineZ.clear();  // its output must come empty
+         Algorithm::PanLinePoints(in.lineZ, 1.75f, in.index % 2 == 0, out.lineZ);
+       }},
       // Four working vectors, of which the guide line grows by up to two points per bend and so up to twice.
       {"CalcBoundaryPoints", 6,
        [](In in, Out out) {
