@@ -547,7 +547,7 @@ class VOREL_EXPORT VorelGeometryAlgorithm {
   /// Unchecked: `points` is null or holds `count` points.
   /// Aliasing: `out` must not hold `points` (unchecked).
   /// Allocates: growth of `out`.
-  /// Cost: one distance per segment up to the cut.
+  /// Cost: one distance per segment up to the cut, and of up to 24 beyond it, for they are measured several at a time.
   static bool ChoosePointsInPolyline(const tarvo::GeoCoordinate* points, unsigned int count, double distance,
                                      std::vector<tarvo::GeoCoordinate>& out);
 
@@ -600,7 +600,7 @@ class VOREL_EXPORT VorelGeometryAlgorithm {
   /// Unchecked: `points` is not empty and `interval` is greater than 0.
   /// Aliasing: `out` must not be `points` (unchecked).
   /// Allocates: growth of `out`.
-  /// Cost: one distance per segment walked; stops at the limit.
+  /// Cost: one distance per segment walked, and of up to 63 beyond the limit, measured by blocks.
   static bool CalcPointsInPolyline(const std::vector<tarvo::GeoCoordinate>& points, double interval,
                                    int maxCount, std::vector<tarvo::GeoCoordinate>& out);
 
@@ -623,7 +623,7 @@ class VOREL_EXPORT VorelGeometryAlgorithm {
   /// NaN: one NaN point ends the walk, for a NaN `maxLength` as for a NaN distance.
   /// Aliasing: `out` must not be `points` (unchecked).
   /// Allocates: growth of `out`.
-  /// Cost: one distance per segment walked; stops at the end point.
+  /// Cost: one distance per segment walked, and of up to 24 beyond the end point, measured several at a time.
   static bool ChoosePointsInPolylineWithMaxLength(const std::vector<tarvo::GeoCoordinate>& points,
                                                   double maxLength, std::vector<tarvo::GeoCoordinate>& out);
 
@@ -692,7 +692,7 @@ class VOREL_EXPORT VorelGeometryAlgorithm {
   /// Unchecked: at most 2147483647 positions.
   /// Aliasing: `out` may be `points`, which are read before the first point is appended.
   /// Allocates: growth of `out`; the record, if one is written.
-  /// Cost: two distances per step walked.
+  /// Cost: one distance per position walked, and of up to 31 beyond, measured by blocks.
   static bool ChoosePointsInPolylineWithOffset(const std::vector<tarvo::RoutePos>& positions, double offset,
                                                std::vector<tarvo::GeoCoordinate>& out,
                                                const std::vector<tarvo::GeoCoordinate>& points,
@@ -1214,7 +1214,7 @@ class VOREL_EXPORT VorelGeometryAlgorithm {
   /// NaN: one point per edge for a NaN `width` or first point; later points with a NaN, infinite or out-of-range
   /// coordinate are dropped like repeats.
   /// Aliasing: neither output may be `points` nor the other one (unchecked).
-  /// Allocates: growth of the outputs; up to four working vectors, within.
+  /// Allocates: growth of the outputs; up to six times, within: four working vectors, one of which may grow twice.
   /// Cost: per point one bearing and two distances or more, and `PanLinePoints`.
   static void CalcBoundaryPoints(const std::vector<tarvo::GeoCoordinateZ>& points, float width,
                                  ArrowType arrowType, std::vector<tarvo::GeoCoordinateZ>& leftBoundary,
