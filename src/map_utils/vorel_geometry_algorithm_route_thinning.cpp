@@ -10,6 +10,7 @@
 
 #include "base/geodesy/distance.h"
 #include "logging/elapsed_timer.h"
+#include "map_utils/internal/distance_bounds.h"
 #include "map_utils/internal/integer_conversion.h"
 #include "map_utils/internal/rectangle.h"
 
@@ -25,11 +26,9 @@ constexpr std::size_t kMaxRoutePoints = 1501;
 /// what measuring would have said; pairs with a NaN or an infinity or a latitude beyond 90, for which the distance is
 /// NaN, and pairs close to the spacing it leaves open.
 ///
-/// On WGS-84 a degree along a meridian measures between 110,574.2 m (equator) and 111,694.0 m (poles), a degree along
-/// a parallel at most 111,319.5 m (equator). A path between two parallels has to climb their difference, so no pair is
-/// closer than 110,500 m per degree of it. The path that is straight in degrees is at most 111,800 m per degree long,
-/// so no pair is farther apart. Both figures leave more than 0.06 % to the true ones: from `kLeastSpacing` on that is
-/// more than 0.06 mm and covers the error of the distance, at most 0.01 mm, and all roundings here.
+/// Rests on the metres per degree of distance_bounds.h, which leave more than 0.06 % to the true ones: from
+/// `kLeastSpacing` on that is more than 0.06 mm and covers the error of the distance, at most 0.01 mm, and all
+/// roundings here.
 class SpacingBounds {
  public:
   explicit SpacingBounds(float minSpacing) {
@@ -37,8 +36,8 @@ class SpacingBounds {
     constexpr float kLargestSpacing = 11000.0f;  // less than 0.1 degree
     if (!(minSpacing >= kLeastSpacing && minSpacing <= kLargestSpacing)) return;
     const double metres = static_cast<double>(minSpacing);
-    withinSquare_ = (metres / 111800.0) * (metres / 111800.0);
-    beyondLatitude_ = metres / 110500.0;
+    withinSquare_ = (metres / internal::kMostMetresPerDegree) * (metres / internal::kMostMetresPerDegree);
+    beyondLatitude_ = metres / internal::kLeastMetresPerDegreeOfLatitude;
   }
 
   /// The distance is at most the spacing, and `other` lies in the box of `internal::IsInNearnessBox`: each half width
