@@ -28,6 +28,10 @@ function(vorel_library name)
   if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
     target_compile_options(${target} PRIVATE -fno-math-errno)  # square roots without a call; changes no result
   endif()
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # For a small library: no long loops unrolled whole.
+    target_compile_options(${target} PRIVATE --param=max-completely-peeled-insns=100)
+  endif()
   if(VOREL_COVERAGE)
     if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
       message(FATAL_ERROR "VOREL_COVERAGE needs g++: gcov reads no other compiler's counts")
@@ -49,9 +53,9 @@ function(vorel_library name)
   if(BUILD_SHARED_LIBS)
     target_compile_definitions(${target} PUBLIC VOREL_SHARED PRIVATE VOREL_BUILDING_LIBRARY)
     if(CMAKE_SYSTEM_NAME STREQUAL Linux)
-      # Without whole pages of padding between code and constants.
+      # Without whole pages of padding between code and constants; calls within the library are direct.
       target_link_options(${target} PRIVATE
-        -Wl,-z,noseparate-code -Wl,-O1 -Wl,--hash-style=gnu
+        -Wl,-z,noseparate-code -Wl,-Bsymbolic-functions -Wl,-O1 -Wl,--hash-style=gnu
         -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/exported_symbols.map)
       set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/exported_symbols.map)
     endif()

@@ -41,8 +41,9 @@ VOREL_EXPORT void BeginMessage(std::ostream& message, std::string_view owner);
 
 /// The part of `VOREL_LOG` behind the level test. When memory runs out the record is cut short or lost.
 template <class... Pieces>
-void WriteRecord(plog::LogLevel level, const char* function, std::size_t line, const char* file,
-                 std::string_view owner, const Pieces&... pieces) noexcept {
+__attribute__((cold)) void WriteRecord(plog::LogLevel level, const char* function, std::size_t line,
+                                       const char* file, std::string_view owner,
+                                       const Pieces&... pieces) noexcept {
   try {
     plog::Record record(level, function, line, file, vorel_log_instance_id_, std::string());
     BeginMessage(record.message, owner);

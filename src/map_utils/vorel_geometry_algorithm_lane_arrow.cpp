@@ -4,17 +4,17 @@
 
 #include <cmath>
 
-#include "base/geodesy/distance.h"
 #include "base/geodesy/wgs84.h"
 #include "base/precondition.h"
 #include "map_utils/internal/angle_fold.h"
 #include "map_utils/internal/interpolation.h"
+#include "map_utils/internal/segment_lengths.h"
 
 namespace vorel {
 
+using internal::CalledDistance;
 using tarvo::GeoCoordinate;
 using tarvo::GeoCoordinateZ;
-using tarvo::geodesy::Distance;
 
 namespace {
 
@@ -26,7 +26,7 @@ LineZ WithoutRepeatedPoints(const LineZ& points) {
   distinct.reserve(points.size());
   distinct.push_back(points[0]);
   for (std::size_t k = 1; k < points.size(); ++k) {
-    if (Distance(distinct.back(), points[k]) > kSamePoint) distinct.push_back(points[k]);
+    if (CalledDistance(distinct.back(), points[k]) > kSamePoint) distinct.push_back(points[k]);
   }
   return distinct;
 }
@@ -68,13 +68,13 @@ LineZ EaseBends(const LineZ& distinct, float width) {
       const double cut = CutAlongLeg(width, turn);
       const double shortestLeg = cut + kShortestRest;
       // The leg before starts at the last point so far, which may be the cut after the bend before.
-      const double legBefore = Distance(eased.back(), vertex);
+      const double legBefore = CalledDistance(eased.back(), vertex);
       if (legBefore > shortestLeg) {
         eased.push_back(
             internal::PointAtRatio(eased.back(), vertex, static_cast<float>(1.0 - cut / legBefore)));
       }
       eased.push_back(vertex);
-      const double legAfter = Distance(vertex, next);
+      const double legAfter = CalledDistance(vertex, next);
       if (legAfter > shortestLeg) {
         eased.push_back(internal::PointAtRatio(vertex, next, static_cast<float>(cut / legAfter)));
       }

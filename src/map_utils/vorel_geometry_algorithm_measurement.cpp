@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cstddef>
 
-#include "base/geodesy/distance.h"
 #include "base/precondition.h"
 #include "map_utils/internal/line_length.h"
 #include "map_utils/internal/route_distance.h"
@@ -83,7 +82,7 @@ double VorelGeometryAlgorithm::DistancePointAAndPointB(std::vector<GeoCoordinate
   if (indexA == indexB) return offsetB > offsetA ? offsetB - offsetA : 0.0;
   VOREL_PRECONDITION(indexA >= 0 && static_cast<std::size_t>(indexB) < line.size());
   const std::size_t first = static_cast<std::size_t>(indexA);
-  const double firstLength = tarvo::geodesy::Distance(line[first], line[first + 1]);
+  const double firstLength = internal::CalledDistance(line[first], line[first + 1]);
   const double cut = offsetA < firstLength ? offsetA : firstLength;
   const double length =
       internal::LineLength(line.data(), first + 1, static_cast<std::size_t>(indexB), firstLength);
@@ -120,8 +119,8 @@ double VorelGeometryAlgorithm::DistanceOfA2BInRoute(const GeoCoordinate& pointA,
   const std::size_t a = static_cast<std::size_t>(indexA);
   const std::size_t b = static_cast<std::size_t>(indexB);
   if (line.size() <= a || line.size() <= b) return 0.0;
-  const double beyondA = tarvo::geodesy::Distance(line[a], pointA);
-  const double beyondB = tarvo::geodesy::Distance(line[b], pointB);
+  const double beyondA = internal::CalledDistance(line[a], pointA);
+  const double beyondB = internal::CalledDistance(line[b], pointB);
   return internal::RouteDistance(a, beyondA, b, beyondB, cumulative);
 }
 

@@ -5,19 +5,19 @@
 #include <cmath>
 #include <limits>
 
-#include "base/geodesy/distance.h"
 #include "base/geodesy/wgs84.h"
 #include "base/precondition.h"
 #include "map_utils/internal/angle_fold.h"
 #include "map_utils/internal/distance_bounds.h"
 #include "map_utils/internal/metres_per_degree.h"
 #include "map_utils/internal/near_bearing.h"
+#include "map_utils/internal/segment_lengths.h"
 
 namespace vorel {
 
+using internal::CalledDistance;
 using tarvo::GeoCoordinate;
 using tarvo::GeoCoordinateZ;
-using tarvo::geodesy::Distance;
 using tarvo::geodesy::kRadiansPerDegree;
 
 namespace {
@@ -106,8 +106,8 @@ GeoCoordinate JoinMovedSegments(const GeoCoordinate& previousStart, const GeoCoo
   constexpr double kLongestJoinPerGap = 2.0;  // keeps near-reversals from throwing the joint far away
   const SquaredBounds gap = surroundings.BoundsOfDistance(previousEnd, start);
   const bool isSurelyApart = gap.lower > Bounds::SquareToExceed(kCoincident);
-  if (!isSurelyApart &&
-      (gap.upper < Bounds::SquareToStayBelow(kCoincident) || Distance(previousEnd, start) < kCoincident)) {
+  if (!isSurelyApart && (gap.upper < Bounds::SquareToStayBelow(kCoincident) ||
+                         CalledDistance(previousEnd, start) < kCoincident)) {
     return previousEnd;
   }
 
@@ -144,8 +144,9 @@ GeoCoordinate JoinMovedSegments(const GeoCoordinate& previousStart, const GeoCoo
     if (join.upper < 0.999 * kSquaredLimit * gap.lower) return crossing;
     if (join.lower > 1.001 * kSquaredLimit * gap.upper) return previousEnd;
   }
-  return kLongestJoinPerGap * Distance(previousEnd, start) > Distance(previousEnd, crossing) ? crossing
-                                                                                             : previousEnd;
+  return kLongestJoinPerGap * CalledDistance(previousEnd, start) > CalledDistance(previousEnd, crossing)
+             ? crossing
+             : previousEnd;
 }
 
 }  // namespace

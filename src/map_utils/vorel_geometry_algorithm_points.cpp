@@ -4,13 +4,13 @@
 
 #include <cmath>
 
-#include "base/geodesy/distance.h"
 #include "base/geodesy/wgs84.h"
 #include "base/precondition.h"
 #include "map_utils/internal/angle_fold.h"
 #include "map_utils/internal/interpolation.h"
 #include "map_utils/internal/metres_per_degree.h"
 #include "map_utils/internal/rectangle.h"
+#include "map_utils/internal/segment_lengths.h"
 
 namespace vorel {
 
@@ -64,7 +64,7 @@ GeoCoordinateZ VorelGeometryAlgorithm::GetInsertPointFromSegment(const GeoCoordi
 GeoCoordinate VorelGeometryAlgorithm::GetLinePoint(const GeoCoordinate& start, const GeoCoordinate& end,
                                                    double distance) {
   // Deliberate: neither clamped nor guarded against a segment of zero length.
-  const double ratio = distance / tarvo::geodesy::Distance(start, end);
+  const double ratio = distance / internal::CalledDistance(start, end);
   return GeoCoordinate(start.longitude + ratio * (end.longitude - start.longitude),
                        start.latitude + ratio * (end.latitude - start.latitude));
 }
@@ -154,7 +154,7 @@ void VorelGeometryAlgorithm::ComputerThatLonLat(double longitude, double latitud
 GeoCoordinate VorelGeometryAlgorithm::RotatePoint(const GeoCoordinate& point, const GeoCoordinate& center,
                                                   double angle) {
   const double heading = internal::FoldInto180(GetAngle(center, point) + angle);
-  const double radius = tarvo::geodesy::Distance(center, point);
+  const double radius = internal::CalledDistance(center, point);
   const double headingRadians = heading * kRadiansPerDegree;
   return GeoCoordinate(
       center.longitude +
@@ -166,7 +166,7 @@ float VorelGeometryAlgorithm::GetFixAngleForSidePoint(const std::vector<GeoCoord
                                                       const GeoCoordinate& from, const GeoCoordinate& to,
                                                       double angle, double length, bool useFirstSegment) {
   VOREL_PRECONDITION(line.size() >= (useFirstSegment ? 2u : 4u));
-  const double directDistance = tarvo::geodesy::Distance(to, from);
+  const double directDistance = internal::CalledDistance(to, from);
   const double directHeading = GetAngle(from, to);
   for (const double metresFromCorner : GetLength3OfTriangle(directDistance, length, angle)) {
     const GeoCoordinate sidePoint = useFirstSegment ? GetLinePoint(line[1], line[0], metresFromCorner)

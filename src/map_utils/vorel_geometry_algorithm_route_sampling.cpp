@@ -8,7 +8,6 @@
 #include <cstdint>
 #include <vector>
 
-#include "base/geodesy/distance.h"
 #include "base/precondition.h"
 #include "logging/log_statement.h"
 #include "map_utils/internal/integer_conversion.h"
@@ -80,7 +79,7 @@ bool VorelGeometryAlgorithm::ChoosePointsInPolylineFromBasePoint(
   std::size_t last = static_cast<std::size_t>(baseIndex);  // a negative index becomes one beyond every line
   if (points.size() <= last) return false;
   // Before appending, for `basePoint` may lie in `out`.
-  const double beyondVertex = tarvo::geodesy::Distance(basePoint, points[last]);
+  const double beyondVertex = internal::CalledDistance(basePoint, points[last]);
   out.push_back(basePoint);
   double metresToLast = cumDist.at(last);
   // Deliberate: whole metres.

@@ -72,6 +72,16 @@ hidden=$(nm -DC --defined-only "$work"/shared-moved/lib*/libvorel_geometry.so "$
 [ -z "$hidden" ] || { echo "exported but internal: $hidden"; exit 1; }
 standard=$(nm -D --defined-only "$libdir"/libvorel_*.so | grep -E ' _Z(N|NK|T.|GV)?(S|9__gnu_cxx)' || true)
 [ -z "$standard" ] || { echo "exported but of the standard library: $standard"; exit 1; }
+# The geometry library keeps small: at most 120 KiB as `cmake --install --strip` above leaves it. The limit is meant for a
+# plain optimised build on x86-64.
+limit=122880
 for name in base logging geometry; do
-  echo "libvorel_$name.so, stripped: $(stat -Lc %s "$libdir/libvorel_$name.so") bytes"
+  bytes=$(stat -Lc %s "$libdir/libvorel_$name.so")
+  echo "libvorel_$name.so, stripped: $bytes bytes"
 done
+if [ "$(uname -m)" != x86_64 ] || [ -n "${CXXFLAGS:-}" ]; then
+  echo "limit of the size: skipped, for other processors or with CXXFLAGS"
+elif [ "$bytes" -gt $limit ]; then
+  echo "libvorel_geometry.so is too large: $bytes bytes stripped, the limit is $limit"
+  exit 1
+fi

@@ -3,7 +3,6 @@
 
 #include <cstddef>
 
-#include "base/geodesy/distance.h"
 #include "map_utils/internal/segment_lengths.h"
 
 namespace vorel {
@@ -14,11 +13,7 @@ namespace internal {
 template <class Point>
 inline double LineLength(const Point* points, std::size_t first, std::size_t last, double length = 0.0) {
   if (first >= last) return length;
-  if (last - first >= kFewSegments) return AddSegmentLengths(points + first, last - first, length);
-  for (std::size_t i = first; i < last; ++i) {
-    length = length + tarvo::geodesy::Distance(points[i], points[i + 1]);
-  }
-  return length;
+  return AddSegmentLengths(points + first, last - first, length);
 }
 
 }  // namespace internal

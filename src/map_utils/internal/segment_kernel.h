@@ -23,23 +23,23 @@ constexpr double kNoLength = -1.0;
 
 /// One way to measure. Its functions measure the leading segments, whole vectors at a time, stop before the first
 /// vector in which a segment is not near, and return the number measured; with none left over when all are near and
-/// there is a whole vector of them. Those that add begin and end with `metres`.
+/// there is a whole vector of them.
 struct SegmentKernel {
   std::size_t lanes;  ///< segments of one vector
   std::size_t (*storeLengths)(const tarvo::GeoCoordinate* points, std::size_t segmentCount, double* lengths);
   /// Of the segments from *points[2 * i] to *points[2 * i + 1].
   std::size_t (*storePairLengths)(const tarvo::GeoCoordinate* const* points, std::size_t segmentCount,
                                   double* lengths);
+  /// Begins and ends with `metres`. Leaves some segments at the end, and a short row of them altogether.
   std::size_t (*storeSums)(const tarvo::GeoCoordinate* points, std::size_t segmentCount, double& metres,
                            double* sums);
-  std::size_t (*addLengths)(const tarvo::GeoCoordinate* points, std::size_t segmentCount, double& metres);
-  std::size_t (*addLengthsZ)(const tarvo::GeoCoordinateZ* points, std::size_t segmentCount, double& metres);
-  /// Adds to walk.metres. Stops also at the first segment with which the sum is not below the limit, and leaves the
-  /// length of that one in walk.nextLength, which it does not touch otherwise.
-  std::size_t (*walkBelow)(const tarvo::GeoCoordinate* points, std::size_t segmentCount, double limit,
-                           LimitedWalk& walk);
-  std::size_t (*walkBelowZ)(const tarvo::GeoCoordinateZ* points, std::size_t segmentCount, double limit,
-                            LimitedWalk& walk);
+  /// Adds to walk.metres. Stops also at the first segment with which the sum is at or beyond the limit, and leaves the
+  /// length of that one in walk.nextLength, which it does not touch otherwise. NaN is
+  /// beyond no limit, and nothing is beyond a limit of NaN.
+  std::size_t (*walk)(const tarvo::GeoCoordinate* points, std::size_t segmentCount, double limit,
+                      LimitedWalk& walk);
+  std::size_t (*walkZ)(const tarvo::GeoCoordinateZ* points, std::size_t segmentCount, double limit,
+                       LimitedWalk& walk);
 };
 
 /// The form for machines with AVX2, null where it was not compiled; callers ask the machine first.

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cmath>
 #include <cstddef>
 
 #include "base/geodesy/distance.h"
@@ -17,7 +18,17 @@ using tarvo::GeoCoordinate;
 using tarvo::GeoCoordinateZ;
 using tarvo::geodesy::Distance;
 
+__attribute__((noinline)) double CalledDistance(const GeoCoordinate& a, const GeoCoordinate& b) {
+  return Distance(a, b);
+}
+
 namespace {
+
+/// By a call, for the distance in place is long.
+__attribute__((noinline)) void StoreOneByOne(const GeoCoordinate* points, std::size_t segmentCount,
+                                             double* lengths) {
+  for (std::size_t i = 0; i < segmentCount; ++i) lengths[i] = Distance(points[i], points[i + 1]);
+}
 
 // One segment at a time: the whole line is left to the scalar distance.
 std::size_t StoreNone(const GeoCoordinate*, std::size_t, double*) {
@@ -30,21 +41,12 @@ std::size_t StoreNoSums(const GeoCoordinate*, std::size_t, double&, double*) {
   return 0;
 }
 template <class Point>
-std::size_t AddNone(const Point*, std::size_t, double&) {
-  return 0;
-}
-template <class Point>
 std::size_t WalkNowhere(const Point*, std::size_t, double, LimitedWalk&) {
   return 0;
 }
-constexpr SegmentKernel kScalarKernel = {static_cast<std::size_t>(-1),
-                                         StoreNone,
-                                         StoreNoPairs,
-                                         StoreNoSums,
-                                         AddNone<GeoCoordinate>,
-                                         AddNone<GeoCoordinateZ>,
-                                         WalkNowhere<GeoCoordinate>,
-                                         WalkNowhere<GeoCoordinateZ>};
+constexpr SegmentKernel kScalarKernel = {
+    static_cast<std::size_t>(-1), StoreNone, StoreNoPairs, StoreNoSums, WalkNowhere<GeoCoordinate>,
+    WalkNowhere<GeoCoordinateZ>};
 
 constexpr SegmentKernel kTwoLanesKernel = MakeSegmentKernel<TwoLanes>();
 
@@ -63,50 +65,34 @@ inline const SegmentKernel& CurrentKernel() {
   return kernel != nullptr ? *kernel : *ChooseKernel();
 }
 
-std::size_t AddNear(const SegmentKernel& kernel, const GeoCoordinate* points, std::size_t count,
-                    double& metres) {
-  return kernel.addLengths(points, count, metres);
-}
-std::size_t AddNear(const SegmentKernel& kernel, const GeoCoordinateZ* points, std::size_t count,
-                    double& metres) {
-  return kernel.addLengthsZ(points, count, metres);
-}
 std::size_t WalkNear(const SegmentKernel& kernel, const GeoCoordinate* points, std::size_t count,
                      double limit, LimitedWalk& walk) {
-  return kernel.walkBelow(points, count, limit, walk);
+  return kernel.walk(points, count, limit, walk);
 }
 std::size_t WalkNear(const SegmentKernel& kernel, const GeoCoordinateZ* points, std::size_t count,
                      double limit, LimitedWalk& walk) {
-  return kernel.walkBelowZ(points, count, limit, walk);
+  return kernel.walkZ(points, count, limit, walk);
 }
 
-// Where the kernel stops, one vector of segments goes to the scalar distance before the kernel goes on.
+// Where the kernel stops, one vector of segments goes to the scalar distance before the kernel goes on. A few segments
+// go there at once.
 
 template <class Point>
-double Add(const Point* points, std::size_t segmentCount, double length) {
-  const SegmentKernel& kernel = CurrentKernel();
-  std::size_t i = 0;
-  while (i < segmentCount) {
-    i += AddNear(kernel, points + i, segmentCount - i, length);
-    const std::size_t resume = i + std::min(segmentCount - i, kernel.lanes);
-    for (; i < resume; ++i) length = length + Distance(points[i], points[i + 1]);
-  }
-  return length;
-}
-
-template <class Point>
-LimitedWalk WalkBelow(const Point* points, std::size_t segmentCount, double metres, double limit) {
-  const SegmentKernel& kernel = CurrentKernel();
+inline LimitedWalk Walk(const Point* points, std::size_t segmentCount, double metres, double limit) {
   LimitedWalk walk{0, metres, kNoLength};
   std::size_t& i = walk.passed;
   while (i < segmentCount) {
-    i += WalkNear(kernel, points + i, segmentCount - i, limit, walk);
-    if (walk.nextLength != kNoLength) break;
-    const std::size_t resume = i + std::min(segmentCount - i, kernel.lanes);
+    std::size_t resume = segmentCount;
+    if (segmentCount >= kFewSegments) {
+      const SegmentKernel& kernel = CurrentKernel();
+      i += WalkNear(kernel, points + i, segmentCount - i, limit, walk);
+      if (walk.nextLength != kNoLength) break;
+      resume = i + std::min(segmentCount - i, kernel.lanes);
+    }
     for (; i < resume; ++i) {
       const double length = Distance(points[i], points[i + 1]);
       const double reached = walk.metres + length;
-      if (!(limit > reached)) {
+      if (limit <= reached || std::isnan(reached)) {
         walk.nextLength = length;
         return walk;
       }
@@ -124,7 +110,8 @@ void StoreSegmentLengths(const GeoCoordinate* points, std::size_t segmentCount, 
   while (i < segmentCount) {
     i += kernel.storeLengths(points + i, segmentCount - i, lengths + i);
     const std::size_t resume = i + std::min(segmentCount - i, kernel.lanes);
-    for (; i < resume; ++i) lengths[i] = Distance(points[i], points[i + 1]);
+    StoreOneByOne(points + i, resume - i, lengths + i);
+    i = resume;
   }
 }
 
@@ -134,7 +121,7 @@ void StorePairLengths(const GeoCoordinate* const* points, std::size_t pairCount,
   while (i < pairCount) {
     i += kernel.storePairLengths(points + 2 * i, pairCount - i, lengths + i);
     const std::size_t resume = i + std::min(pairCount - i, kernel.lanes);
-    for (; i < resume; ++i) lengths[i] = Distance(*points[2 * i], *points[2 * i + 1]);
+    for (; i < resume; ++i) lengths[i] = CalledDistance(*points[2 * i], *points[2 * i + 1]);
   }
 }
 
@@ -143,29 +130,23 @@ double StoreSegmentSums(const GeoCoordinate* points, std::size_t segmentCount, d
   std::size_t i = 0;
   while (i < segmentCount) {
     i += kernel.storeSums(points + i, segmentCount - i, metres, sums + i);
-    const std::size_t resume = i + std::min(segmentCount - i, kernel.lanes);
+    // What that leaves is stored first and added up where it stands.
+    const std::size_t stored = i + kernel.storeLengths(points + i, segmentCount - i, sums + i);
+    const std::size_t resume = stored + std::min(segmentCount - stored, kernel.lanes);
+    StoreOneByOne(points + stored, resume - stored, sums + stored);
     for (; i < resume; ++i) {
-      metres = metres + Distance(points[i], points[i + 1]);
+      metres = metres + sums[i];
       sums[i] = metres;
     }
   }
   return metres;
 }
 
-double AddSegmentLengths(const GeoCoordinate* points, std::size_t segmentCount, double length) {
-  return Add(points, segmentCount, length);
+LimitedWalk WalkToLimit(const GeoCoordinate* points, std::size_t segmentCount, double metres, double limit) {
+  return Walk(points, segmentCount, metres, limit);
 }
-double AddSegmentLengths(const GeoCoordinateZ* points, std::size_t segmentCount, double length) {
-  return Add(points, segmentCount, length);
-}
-
-LimitedWalk WalkManySegmentsBelow(const GeoCoordinate* points, std::size_t segmentCount, double metres,
-                                  double limit) {
-  return WalkBelow(points, segmentCount, metres, limit);
-}
-LimitedWalk WalkManySegmentsBelow(const GeoCoordinateZ* points, std::size_t segmentCount, double metres,
-                                  double limit) {
-  return WalkBelow(points, segmentCount, metres, limit);
+LimitedWalk WalkToLimit(const GeoCoordinateZ* points, std::size_t segmentCount, double metres, double limit) {
+  return Walk(points, segmentCount, metres, limit);
 }
 
 const SegmentKernel* FindSegmentKernel(std::size_t lanes) {

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <limits>
 
 #include "base/geo_coordinate.h"
 #include "base/geodesy/distance.h"
@@ -14,6 +15,9 @@ namespace internal {
 // Lengths of many segments in a row, several measured at once. Each is what points[i].DistanceTo(points[i + 1]) gives,
 // to the bit; how that comes about stands in segment_lengths_kernel.h. The widest form that the machine runs is chosen
 // at the first call.
+
+/// The distance of two points by a call, for all that is not measured in a tight loop: in place it takes some 400 bytes.
+double CalledDistance(const tarvo::GeoCoordinate& a, const tarvo::GeoCoordinate& b);
 
 /// Below this number of segments a plain loop over the scalar distance is as fast.
 constexpr std::size_t kFewSegments = 4;
@@ -41,30 +45,30 @@ void StorePairLengths(const tarvo::GeoCoordinate* const* points, std::size_t pai
 double StoreSegmentSums(const tarvo::GeoCoordinate* points, std::size_t segmentCount, double metres,
                         double* sums);
 
+/// Walks along the segments until `metres` plus their lengths, added one by one in order, is not below `limit`. A NaN ends
+/// the walk too, but not a limit of NaN. Hardly dearer than the bare sum; measures at most six vectors of segments in vain.
+/// @param metres  where the walk begins; below the limit, or any value where that is NaN
+LimitedWalk WalkToLimit(const tarvo::GeoCoordinate* points, std::size_t segmentCount, double metres,
+                        double limit);
+LimitedWalk WalkToLimit(const tarvo::GeoCoordinateZ* points, std::size_t segmentCount, double metres,
+                        double limit);
+
 /// `length` plus the lengths of the segments, added one by one in order.
-double AddSegmentLengths(const tarvo::GeoCoordinate* points, std::size_t segmentCount, double length);
-double AddSegmentLengths(const tarvo::GeoCoordinateZ* points, std::size_t segmentCount, double length);
+template <class Point>
+inline double AddSegmentLengths(const Point* points, std::size_t segmentCount, double length) {
+  const LimitedWalk walk =
+      WalkToLimit(points, segmentCount, length, std::numeric_limits<double>::quiet_NaN());
+  // Only a NaN ends it early.
+  return walk.passed == segmentCount ? walk.metres : walk.metres + walk.nextLength;
+}
 
-/// As WalkSegmentsBelow, by the kernel from the first segment on.
-LimitedWalk WalkManySegmentsBelow(const tarvo::GeoCoordinate* points, std::size_t segmentCount, double metres,
-                                  double limit);
-LimitedWalk WalkManySegmentsBelow(const tarvo::GeoCoordinateZ* points, std::size_t segmentCount,
-                                  double metres, double limit);
-
-/// Walks along the segments while `limit` > `metres` plus their lengths, added one by one in order; a NaN ends it. Hardly
-/// dearer than the bare sum; measures at most six vectors of segments in vain.
-/// @param metres  where the walk begins
+/// Walks along the segments while `limit` > `metres` plus their lengths; a NaN ends it.
 template <class Point>
 inline LimitedWalk WalkSegmentsBelow(const Point* points, std::size_t segmentCount, double metres,
                                      double limit) {
-  if (segmentCount >= kFewSegments) return WalkManySegmentsBelow(points, segmentCount, metres, limit);
-  for (std::size_t i = 0; i < segmentCount; ++i) {
-    const double length = tarvo::geodesy::Distance(points[i], points[i + 1]);
-    const double reached = metres + length;
-    if (!(limit > reached)) return {i, metres, length};
-    metres = reached;
-  }
-  return {segmentCount, metres, 0.0};
+  if (limit > metres) return WalkToLimit(points, segmentCount, metres, limit);
+  // No length is negative: what is not below the limit before the first segment is not behind it either.
+  return {0, metres, segmentCount == 0 ? kNoLength : CalledDistance(points[0], points[1])};
 }
 
 /// Walks the segments of a line in order, a block at a time: visit(i, count, lengths) is told the lengths of `count`
@@ -76,13 +80,7 @@ void WalkSegments(const Point* points, std::size_t first, std::size_t last, Visi
   std::size_t blockSize = kSegmentsInFirstBlock;
   while (first < last) {
     const std::size_t count = std::min(last - first, blockSize);
-    if (count >= kFewSegments) {
-      StoreSegmentLengths(points + first, count, lengths);
-    } else {
-      for (std::size_t i = 0; i < count; ++i) {
-        lengths[i] = tarvo::geodesy::Distance(points[first + i], points[first + i + 1]);
-      }
-    }
+    StoreSegmentLengths(points + first, count, lengths);
     if (!visit(first, count, static_cast<const double*>(lengths))) return;
     first += count;
     blockSize = std::min(2 * blockSize, kSegmentsPerBlock);

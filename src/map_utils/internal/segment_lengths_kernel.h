@@ -118,6 +118,8 @@ struct TwiceLanes {
 ///
 /// One vector begins while the one before it finishes: the chain of dependent operations of one vector is longer than
 /// what a processor looks ahead, so two halves of it that do not wait for one another fill its units better.
+///
+/// The loop holds the only copy of the second half.
 template <class Lanes, std::size_t kStride = 1, class Point, class Take>
 VOREL_LANES_INLINE std::size_t MeasureNearSegments(const Point* points, std::size_t segmentCount, Take take) {
   if (segmentCount < Lanes::kCount) return 0;
@@ -126,17 +128,38 @@ VOREL_LANES_INLINE std::size_t MeasureNearSegments(const Point* points, std::siz
   const std::size_t last = segmentCount - Lanes::kCount;
   std::size_t position = 0;
   std::size_t taken = 0;
-  while (position < last) {
+  for (;;) {
     const std::size_t nextPosition = position + Lanes::kCount < last ? position + Lanes::kCount : last;
-    BegunSegments<typename Lanes::Doubles> next;
-    const bool isNextNear = Begin<Lanes, kStride>(points + kStride * nextPosition, next);
-    const std::size_t lanesTaken = take(position, 0, Finish<Lanes>(current));
+    BegunSegments<typename Lanes::Doubles> next = current;
+    bool isNextNear = false;
+    if (position < last) isNextNear = Begin<Lanes, kStride>(points + kStride * nextPosition, next);
+    const std::size_t lanesTaken = take(position, taken - position, Finish<Lanes>(current));
     taken = position + lanesTaken;
     if (lanesTaken < Lanes::kCount || !isNextNear) return taken;
     current = next;
     position = nextPosition;
   }
-  return position + take(position, taken - position, Finish<Lanes>(current));
+}
+
+/// The same without a branch in the loop, so that both halves can stand interleaved: it begins the last one again in vain.
+template <class Lanes, std::size_t kStride = 1, class Point, class Take>
+VOREL_LANES_INLINE std::size_t MeasureNearPairs(const Point* points, std::size_t segmentCount, Take take) {
+  if (segmentCount < Lanes::kCount) return 0;
+  BegunSegments<typename Lanes::Doubles> current;
+  if (!Begin<Lanes, kStride>(points, current)) return 0;
+  const std::size_t last = segmentCount - Lanes::kCount;
+  std::size_t position = 0;
+  std::size_t taken = 0;
+  for (;;) {
+    const std::size_t nextPosition = position + Lanes::kCount < last ? position + Lanes::kCount : last;
+    BegunSegments<typename Lanes::Doubles> next;
+    const bool isNextNear = Begin<Lanes, kStride>(points + kStride * nextPosition, next);
+    const std::size_t lanesTaken = take(position, taken - position, Finish<Lanes>(current));
+    taken = position + lanesTaken;
+    if (position == last || lanesTaken < Lanes::kCount || !isNextNear) return taken;
+    current = next;
+    position = nextPosition;
+  }
 }
 
 /// Calls use(length) for the lanes from `firstLane` on, in order. The usual first lane 0 costs no detour.
@@ -152,16 +175,11 @@ VOREL_LANES_INLINE void ForEachLane(const typename Lanes::Doubles& lengths, std:
 }
 
 // What is done with the lengths, one after the other. Two vectors of them count only if they may be taken in the end.
-struct AddLength {
-  double sum;
-  VOREL_LANES_METHOD void operator()(double length) { sum = sum + length; }
-  VOREL_LANES_METHOD bool MayBeTaken() const { return true; }
-};
 struct AddBelowLimit {
   double sum;
   double limit;
   VOREL_LANES_METHOD void operator()(double length) { sum = sum + length; }
-  VOREL_LANES_METHOD bool MayBeTaken() const { return limit > sum; }
+  VOREL_LANES_METHOD bool MayBeTaken() const { return !(limit <= sum); }
 };
 struct AddAndStoreSum {
   double sum;
@@ -188,7 +206,7 @@ __attribute__((noinline)) std::size_t MeasureManyNearSegments(const Point* point
                                                               Use& use) {
   constexpr std::size_t kHalf = Lanes::kCount;
   Use own = use;  // in registers
-  const std::size_t measured = MeasureNearSegments<TwiceLanes<Lanes>>(
+  const std::size_t measured = MeasureNearPairs<TwiceLanes<Lanes>>(
       points, (segmentCount - kHalf) / (2 * kHalf) * (2 * kHalf),
       [&own](std::size_t, std::size_t, const TwoVectors<typename Lanes::Doubles>& some) VOREL_LANES_LAMBDA {
         Use next = own;
@@ -219,18 +237,12 @@ class NearSegments {
         });
   }
 
-  static std::size_t AddLengths(const Point* points, std::size_t segmentCount, double& metres) {
-    AddLength add{metres};
-    const std::size_t measured = UseInOrder(points, segmentCount, add);
-    metres = add.sum;
-    return measured;
-  }
-
   // The sums are written through a copy of the pointer, which the check does not follow into a template.
   // NOLINTNEXTLINE(readability-non-const-parameter)
   static std::size_t StoreSums(const Point* points, std::size_t segmentCount, double& metres, double* sums) {
+    if (segmentCount < kManySegments) return 0;
     AddAndStoreSum add{metres, sums};
-    const std::size_t measured = UseInOrder(points, segmentCount, add);
+    const std::size_t measured = MeasureManyNearSegments<Lanes>(points, segmentCount, add);
     metres = add.sum;
     return measured;
   }
@@ -238,8 +250,7 @@ class NearSegments {
   /// The sums never decrease, for no length is negative and rounding keeps the order: while the last one of a vector is
   /// below the limit, so are those before it, and one comparison per vector decides what one per segment would. Two
   /// vectors side by side that come to the limit are measured again one by one.
-  static std::size_t WalkBelow(const Point* points, std::size_t segmentCount, double limit,
-                               LimitedWalk& walk) {
+  static std::size_t Walk(const Point* points, std::size_t segmentCount, double limit, LimitedWalk& walk) {
     AddBelowLimit begun{walk.metres, limit};
     std::size_t many = 0;
     if (segmentCount >= kManySegments) many = MeasureManyNearSegments<Lanes>(points, segmentCount, begun);
@@ -247,16 +258,16 @@ class NearSegments {
     const std::size_t measured = MeasureNearSegments<Lanes>(
         points + many, segmentCount - many,
         [&](std::size_t, std::size_t firstLane, const Doubles& some) VOREL_LANES_LAMBDA {
-          AddLength add{reached};
+          AddBelowLimit add{reached, limit};
           ForEachLane<Lanes>(some, firstLane, add);
-          if (limit > add.sum) {
+          if (add.MayBeTaken()) {
             reached = add.sum;
             return Lanes::kCount;
           }
           double lengths[Lanes::kCount];
           __builtin_memcpy(lengths, &some, sizeof some);
           std::size_t lane = firstLane;
-          for (; limit > reached + lengths[lane]; ++lane) reached = reached + lengths[lane];
+          for (; !(limit <= reached + lengths[lane]); ++lane) reached = reached + lengths[lane];
           walk.nextLength = lengths[lane];
           return lane;
         });
@@ -268,32 +279,17 @@ class NearSegments {
   using Doubles = typename Lanes::Doubles;
   /// From here on two vectors side by side pay.
   static constexpr std::size_t kManySegments = 32;
-
-  template <class Use>
-  VOREL_LANES_INLINE std::size_t UseInOrder(const Point* points, std::size_t segmentCount, Use& use) {
-    std::size_t many = 0;
-    if (segmentCount >= kManySegments) many = MeasureManyNearSegments<Lanes>(points, segmentCount, use);
-    return many + MeasureNearSegments<Lanes>(points + many, segmentCount - many,
-                                             [&use](std::size_t, std::size_t firstLane, const Doubles& some)
-                                                 VOREL_LANES_LAMBDA {
-                                                   ForEachLane<Lanes>(some, firstLane, use);
-                                                   return Lanes::kCount;
-                                                 });
-  }
 };
 
 template <class Lanes>
 constexpr SegmentKernel MakeSegmentKernel() {
   using Near = NearSegments<Lanes, tarvo::GeoCoordinate>;
-  using NearZ = NearSegments<Lanes, tarvo::GeoCoordinateZ>;
   return {Lanes::kCount,
           Near::template StoreLengths<1>,
           NearSegments<Lanes, const tarvo::GeoCoordinate*>::template StoreLengths<2>,
           Near::StoreSums,
-          Near::AddLengths,
-          NearZ::AddLengths,
-          Near::WalkBelow,
-          NearZ::WalkBelow};
+          Near::Walk,
+          NearSegments<Lanes, tarvo::GeoCoordinateZ>::Walk};
 }
 
 }  // namespace
