@@ -16,6 +16,7 @@
 #include "tools/vorel/geojson_reader.h"
 #include "tools/vorel/geojson_writer.h"
 #include "tools/vorel/map_picture.h"
+#include "tools/vorel/number_option.h"
 #include "tools/vorel/output_target.h"
 #include "tools/vorel/plain_text.h"
 #include "tools/vorel/progress.h"

@@ -12,6 +12,7 @@
 #include "tools/vorel/geojson_writer.h"
 #include "tools/vorel/geometry_input.h"
 #include "tools/vorel/map_picture.h"
+#include "tools/vorel/number_option.h"
 #include "tools/vorel/plain_text.h"
 #include "tools/vorel/progress.h"
 #include "tools/vorel/view.h"
@@ -59,7 +60,7 @@ class ThinRun {
  public:
   explicit ThinRun(const Options& options)
       : spacingMetres_(ParseMetres(options.spacing, "--spacing", true)),
-        pointLimit_(ParseWholeNumber(options.limit, "--limit", 0, kMostLimit)),
+        pointLimit_(ParseWhole(options.limit, "--limit", 0, kMostLimit)),
         lines_(options.line, "LINE", "line"),
         output_(options.output, {&lines_.source()}) {}
 
