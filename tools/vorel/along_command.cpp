@@ -9,7 +9,6 @@
 #include "tools/vorel/geojson_writer.h"
 #include "tools/vorel/geometry_input.h"
 #include "tools/vorel/map_picture.h"
-#include "tools/vorel/map_projection.h"
 #include "tools/vorel/number_option.h"
 #include "tools/vorel/plain_text.h"
 #include "tools/vorel/view.h"

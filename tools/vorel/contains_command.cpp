@@ -86,8 +86,8 @@ class ContainsRun {
     }
     polygonInput_.emplace(options.polygon, "POLYGON", "polygon");
     pointInput_.emplace(options.points, "POINTS", "point");
-    output_.emplace(options.output, std::initializer_list<const TextSource*>{&polygonInput_->source(),
-                                                                             &pointInput_->source()});
+    output_.emplace(options.output,
+                    std::vector<const TextSource*>{&polygonInput_->source(), &pointInput_->source()});
   }
 
   void Run() {

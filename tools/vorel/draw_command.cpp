@@ -11,6 +11,7 @@
 
 #include "map_utils/vorel_geometry_algorithm.h"
 #include "tools/vorel/command.h"
+#include "tools/vorel/command_output.h"
 #include "tools/vorel/failure.h"
 #include "tools/vorel/feature_property.h"
 #include "tools/vorel/geojson_reader.h"
@@ -532,12 +533,7 @@ Command AddDrawCommand(CLI::App& program) {
       ->type_name("TEXT");
   arguments->add_option("--subtitle", options->subtitle, "The line below the title. Default: none")
       ->type_name("TEXT");
-  arguments
-      ->add_option("--view", options->view,
-                   "What the picture shows, in degrees: west, south, east, north,\n"
-                   "with commas. Longitudes -360 to 360, latitudes -90 to 90;\n"
-                   "W > E is a view across the antimeridian. Default: everything")
-      ->type_name("W,S,E,N");
+  AddPictureViewOption(*arguments, options->view);
   arguments->footer(kExplanation);
   return {arguments, [options] { RunDraw(*options); }};
 }

@@ -73,7 +73,7 @@ class OnLineRun {
     lineInput_.emplace(options.line, "LINE", "line");
     pointInput_.emplace(options.points, "POINTS", "point");
     output_.emplace(options.output,
-                    std::initializer_list<const TextSource*>{&lineInput_->source(), &pointInput_->source()});
+                    std::vector<const TextSource*>{&lineInput_->source(), &pointInput_->source()});
   }
 
   void Run() {

@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <memory>
 #include <optional>
 #include <string>
@@ -84,7 +83,7 @@ class SampleRun {
     if (options.after) metres_ = ParseMetres(*options.after, "--after", true);
     if (options.count) count_ = ParseWhole(*options.count, "--count", 2, kMostPoints);
     lines_.emplace(options.line, "LINE", "line");
-    output_.emplace(options.output, std::initializer_list<const TextSource*>{&lines_->source()});
+    output_.emplace(options.output, std::vector<const TextSource*>{&lines_->source()});
   }
 
   void Run() {
@@ -132,7 +131,7 @@ class SampleRun {
     } else {
       legend.point = "sample";
     }
-    picture_.emplace(lines_->ReadLineBounds(), legend);
+    picture_.emplace(lines_->ReadLineBounds().Whole(), legend);
     if (options_.every) picture_->SetPointSpacing(metres_);
   }
 

@@ -72,7 +72,7 @@ class ThinRun {
       legend.arrow.clear();
       legend.point = "point kept";
       legend.slenderPieces = true;
-      picture_.emplace(lines_.ReadLineBounds(), legend);
+      picture_.emplace(lines_.ReadLineBounds().Whole(), legend);
       picture_->SetPointSpacing(std::max(spacingMetres_, 1.0));
     }
     GeoJsonWriter writer(output_.out());
