@@ -14,6 +14,7 @@
 #include "tools/vorel/command_output.h"
 #include "tools/vorel/failure.h"
 #include "tools/vorel/feature_property.h"
+#include "tools/vorel/geojson_coordinates.h"
 #include "tools/vorel/geojson_reader.h"
 #include "tools/vorel/geometry_input.h"
 #include "tools/vorel/lane_command.h"

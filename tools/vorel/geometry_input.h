@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "base/geo_coordinate.h"
+#include "tools/vorel/geojson_coordinates.h"
 #include "tools/vorel/geojson_reader.h"
 #include "tools/vorel/text_source.h"
 #include "tools/vorel/view.h"

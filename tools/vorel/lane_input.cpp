@@ -4,6 +4,7 @@
 
 #include "tools/vorel/failure.h"
 #include "tools/vorel/feature_property.h"
+#include "tools/vorel/geojson_coordinates.h"
 #include "tools/vorel/geojson_reader.h"
 #include "tools/vorel/geometry_input.h"
 #include "tools/vorel/number_option.h"

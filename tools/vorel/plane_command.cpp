@@ -6,6 +6,7 @@
 #include "map_utils/vorel_geometry_algorithm.h"
 #include "tools/vorel/command.h"
 #include "tools/vorel/failure.h"
+#include "tools/vorel/geojson_coordinates.h"
 #include "tools/vorel/geojson_reader.h"
 #include "tools/vorel/geojson_writer.h"
 #include "tools/vorel/geometry_input.h"

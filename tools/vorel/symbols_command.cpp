@@ -11,7 +11,7 @@
 #include "tools/vorel/command.h"
 #include "tools/vorel/command_output.h"
 #include "tools/vorel/failure.h"
-#include "tools/vorel/geojson_reader.h"
+#include "tools/vorel/geojson_coordinates.h"
 #include "tools/vorel/geojson_writer.h"
 #include "tools/vorel/geometry_input.h"
 #include "tools/vorel/map_picture.h"
