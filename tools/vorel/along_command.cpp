@@ -142,7 +142,7 @@ class AlongRun {
     MapPicture picture(bounds.Whole(), legend);
     picture.AddRoute(line_, static_cast<std::size_t>(lineIndex_));
     picture.AddPiece(stretch, static_cast<std::size_t>(lineIndex_), 0);
-    picture.AddPoint(base, true, {{"data-line", std::to_string(lineIndex_)}});
+    picture.AddDot(base, true, {{"data-line", std::to_string(lineIndex_)}});
     picture.Write(PictureTitle(lines_.source()),
                   {FixedNumber(stretchMetres, 1) + " m ahead of vertex " + options_.from + " + " +
                    ShortestNumber(offsetMetres_) + " m" + kDot + "line " + std::to_string(lineIndex_)},

@@ -133,10 +133,10 @@ void RunArrow(const Options& options) {
       picture.AddLine(1, WithoutHeights(line.points), {{"data-line", std::to_string(line.index)}});
     }
     for (const Shaft& shaft : shafts) {
-      const MapPicture::Attributes attributes = {{"data-line", std::to_string(shaft.line->index)}};
+      const Attributes attributes = {{"data-line", std::to_string(shaft.line->index)}};
       std::vector<GeoCoordinate> ring = WithoutHeights(shaft.outline);
       ring.pop_back();
-      picture.AddRing(0, ring, attributes);
+      picture.AddPolygon(0, {ring}, attributes);
       picture.AddLine(2, WithoutHeights(shaft.left), attributes);
       picture.AddLine(3, WithoutHeights(shaft.right), attributes);
     }

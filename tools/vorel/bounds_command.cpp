@@ -98,8 +98,8 @@ void RunBounds(const Options& options) {
         {{"box", "box", "fill: #d9e6cf; fill-opacity: 0.5; stroke: #6f9455; stroke-width: 1.2", Shape::kArea},
          {"lane", "line", "fill: none; stroke: #3d6fa5; stroke-width: 1.6", Shape::kLine}});
     for (std::size_t i = 0; i < lines.size(); ++i) {
-      const MapPicture::Attributes attributes = {{"data-line", std::to_string(input.lines[i].index)}};
-      picture.AddRing(0, boxes[i], attributes);
+      const Attributes attributes = {{"data-line", std::to_string(input.lines[i].index)}};
+      picture.AddPolygon(0, {boxes[i]}, attributes);
       picture.AddLine(1, lines[i], attributes);
     }
     std::string subtitle = Counted(input.lines.size(), "line");

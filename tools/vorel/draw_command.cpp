@@ -362,14 +362,14 @@ class Drawing {
 
   void Draw(const Shape& shape) {
     const std::size_t layer = LayerOf(shape.kind, shape.file);
-    const MapPicture::Attributes attributes = {{"data-file", files_[shape.file].name}};
+    const Attributes attributes = {{"data-file", files_[shape.file].name}};
     const Line& first = shape.parts.front();
     if (shape.kind == Kind::kPoint) {
       picture_.AddDot(layer, first.front(), kDotPixels, attributes);
       const Pixel at = picture_.projection().ToPixel(first.front());
       room_.AddStroke(at, at);
     } else if (shape.kind == Kind::kArea) {
-      picture_.AddRings(layer, shape.parts, attributes);
+      picture_.AddPolygon(layer, shape.parts, attributes);
       for (const Ring& ring : shape.parts) AddStrokes(ring, true);
     } else {
       picture_.AddLine(layer, first, attributes);

@@ -168,10 +168,9 @@ class MatchRun {
 
   static void DrawFix(MapPicture& picture, const std::vector<LaneLine>& lanes, const LaneLine& trace,
                       std::size_t fix, const std::optional<MatchedFix>& match) {
-    const MapPicture::Attributes attributes = {
-        {"data-trace", std::to_string(trace.index)},
-        {"data-fix", std::to_string(fix)},
-        {"data-line", match ? std::to_string(lanes[match->line].index) : "none"}};
+    const Attributes attributes = {{"data-trace", std::to_string(trace.index)},
+                                   {"data-fix", std::to_string(fix)},
+                                   {"data-line", match ? std::to_string(lanes[match->line].index) : "none"}};
     if (match) {
       std::vector<GeoCoordinate> stroke = {trace.points[fix], match->position};
       UnwrapLongitudes(stroke);

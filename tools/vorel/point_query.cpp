@@ -69,7 +69,7 @@ void PointQuery::WritePoint(const tarvo::GeoCoordinate& point, std::size_t point
   const bool yes = WriteAnswer(point, writer);
   writer.Property("point", pointIndex);
   writer.EndFeature();
-  if (picture_) picture_->AddPoint(point, yes, {{"data-point", std::to_string(pointIndex)}});
+  if (picture_) picture_->AddDot(point, yes, {{"data-point", std::to_string(pointIndex)}});
   if (yes) ++yesCount_;
   ++pointCount_;
 }

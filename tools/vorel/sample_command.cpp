@@ -153,7 +153,7 @@ class SampleRun {
       writer.Property("metres", metresFromStart);
       writer.EndFeature();
       if (picture_) {
-        picture_->AddPoint(
+        picture_->AddDot(
             samples_[i], true,
             {{"data-line", std::to_string(lineIndex)}, {"data-metres", ShortestNumber(metresFromStart)}});
       }
@@ -194,7 +194,7 @@ class SampleRun {
       writer.StartPoint(sample);
       writer.Property("sample", featureCount_);
       writer.EndFeature();
-      if (picture_) picture_->AddPoint(sample, true, {{"data-sample", std::to_string(featureCount_)}});
+      if (picture_) picture_->AddDot(sample, true, {{"data-sample", std::to_string(featureCount_)}});
       ++featureCount_;
     }
   }

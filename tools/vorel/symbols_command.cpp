@@ -117,7 +117,7 @@ class SymbolsRun {
     if (output_->wantsPicture()) {
       picture.emplace(*view_);
       picture->SetArrowSpacing(spacingMetres_);
-      if (!area.empty()) picture->AddArea(area);
+      if (!area.empty()) picture->AddPolygon({area});
     }
     const RouteSymbolPlacer placer(*view_, spacingMetres_, area);
     GeoJsonWriter writer(output_->out());

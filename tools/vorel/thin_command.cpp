@@ -128,7 +128,7 @@ class ThinRun {
       for (const Line& segment : shifted) picture_->AddRoute(segment, routeCount_);
       if (thinned.size() > 1) picture_->AddPiece(thinned, routeCount_, 0);
       for (const tarvo::GeoCoordinate& point : thinned) {
-        picture_->AddPoint(point, true, {{"data-route", std::to_string(routeCount_)}});
+        picture_->AddDot(point, true, {{"data-route", std::to_string(routeCount_)}});
       }
     }
     if (kept.size() >= kCapPoints) {
