@@ -21,11 +21,11 @@
 
 namespace {
 
-using testsupport::CallInputs;
-using testsupport::CallOutputs;
-using testsupport::LibraryCall;
-using testsupport::LibraryCalls;
-using testsupport::ManyCallInputs;
+using vorel::test::CallInputs;
+using vorel::test::CallOutputs;
+using vorel::test::LibraryCall;
+using vorel::test::LibraryCalls;
+using vorel::test::ManyCallInputs;
 
 constexpr std::size_t kThreadCount = 4;
 
@@ -72,7 +72,7 @@ class Barrier {
 TEST(Concurrency, TheFirstCallsMayCoincide) {
   const std::vector<LibraryCall>& calls = LibraryCalls();
   tarvo::GeoCoordinate corner(7.5, 47.5);
-  testsupport::Line line;
+  vorel::test::Line line;
   for (int i = 0; i < 40; ++i) {
     line.push_back(corner);
     corner.longitude += 1e-4;

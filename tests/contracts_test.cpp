@@ -33,8 +33,8 @@ using View = tarvo::Rect<Point>;
 using Boundary = tarvo::HAD::BoundaryData;
 using tarvo::MapVector2d;
 using tarvo::RoutePos;
-using testsupport::kNaN;
-using testsupport::kNaNFloat;
+using vorel::test::kNaN;
+using vorel::test::kNaNFloat;
 using Vector = vorel::Vector2<double>;
 
 /// What a function was seen to do.
@@ -117,7 +117,7 @@ const Line kSquare = {{0.0, 0.0}, {1.0, 0.0}, {1.0, 1.0}, {0.0, 1.0}};
 const Metres kTable = {0.0, 111.3, 222.6, 380.0};
 
 bool Counted(const std::function<void()>& call) {
-  const testsupport::AllocationCounter counter;
+  const vorel::test::AllocationCounter counter;
   call();
   return counter.Count() > 0;
 }
@@ -127,7 +127,7 @@ template <class Container>
 std::string Fate(const Container& before, const Container& after) {
   if (after.size() < before.size()) return "gone";
   for (std::size_t i = 0; i < before.size(); ++i) {
-    if (!testsupport::SameBits(before[i], after[i])) return "gone";
+    if (!vorel::test::SameBits(before[i], after[i])) return "gone";
   }
   return after.size() > before.size() ? "appended" : "same";
 }
@@ -241,7 +241,7 @@ std::map<std::string, Seen> SeePoints() {
     box = kView;
     bound.refusalLeavesOutputs =
         !Algorithm::GetBound(nullptr, 4, box) && !Algorithm::GetBound(kLine.data(), 0, box) &&
-        testsupport::SameBits(box.min, kView.min) && testsupport::SameBits(box.max, kView.max);
+        vorel::test::SameBits(box.min, kView.min) && vorel::test::SameBits(box.max, kView.max);
     Algorithm::GetBound(kNaNLine.data(), 3, box);
     bound.fromNaN = Text(box.min);
     View within[2] = {{{5.0, 5.0}, {4.0, 6.0}}, {{7.0, 1.0}, {2.0, 2.0}}};
@@ -394,7 +394,7 @@ std::map<std::string, Seen> SeeRouteSampling() {
     call(plain);
     Algorithm::ChoosePointsInPolylineFromBasePoint(0, shared[0], 150.0, kLine, kTable, shared);
     shared.erase(shared.begin());
-    ahead.sharesAllowed = testsupport::SameBits(plain, shared);
+    ahead.sharesAllowed = vorel::test::SameBits(plain, shared);
   }
   std::vector<RoutePos> chain(3);
   for (int i = 0; i < 3; ++i) {
@@ -405,7 +405,7 @@ std::map<std::string, Seen> SeeRouteSampling() {
     Line out;
     Algorithm::ChoosePointsInPolylineWithOffset(chain, kNaN, out, kLine, kTable);
     const std::string fromNaN =
-        testsupport::SameBits(out, Line{kLine[1], kLine[2]}) ? "no cut point" : "another point";
+        vorel::test::SameBits(out, Line{kLine[1], kLine[2]}) ? "no cut point" : "another point";
     const auto call = [&](Line& o) {
       Algorithm::ChoosePointsInPolylineWithOffset(chain, 150.0, o, kLine, kTable);
     };
@@ -426,7 +426,7 @@ std::map<std::string, Seen> SeeRouteSampling() {
     Line plain = kLine, shared = kLine;
     call(plain);
     Algorithm::ChoosePointsInPolylineWithOffset(chain, 150.0, shared, shared, kTable);
-    behind.sharesAllowed = testsupport::SameBits(plain, shared);
+    behind.sharesAllowed = vorel::test::SameBits(plain, shared);
   }
   Line out;
   seen["CalculateCandidatePoints(lines, count, out)"] = Grows<Line>(
@@ -531,7 +531,7 @@ std::map<std::string, Seen> SeeProjection() {
                     {"ratio", ratio != 9.0 ? "changed" : "same"}};
     PointZ shared = kLineZ[0];
     Algorithm::ProjectionPosToLine(shared, kLineZ[1], pos, shared, ratio);
-    line.sharesAllowed = testsupport::SameBits(shared, foot);
+    line.sharesAllowed = vorel::test::SameBits(shared, foot);
     line.fromNaN = Text(Algorithm::ProjectionPosToLine(kNaNPointZ, kNaNPointZ, kNaNPointZ, foot, ratio));
   }
   {
@@ -720,7 +720,7 @@ TEST(Contracts, ThePageAndTheFunctionsAgree) {
       EXPECT_EQ(row.at("Throws"), "nothing");
     }
 
-    if (testsupport::CanCountAllocations()) {
+    if (vorel::test::CanCountAllocations()) {
       EXPECT_EQ(row.at("Allocates") != "nothing", seen.allocates) << row.at("Allocates");
     }
 

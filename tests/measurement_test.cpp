@@ -24,17 +24,17 @@ namespace {
 
 using tarvo::GeoCoordinate;
 using tarvo::GeoCoordinateZ;
-using testsupport::AwkwardLines;
-using testsupport::kInfinity;
-using testsupport::kNaN;
-using testsupport::Line;
-using testsupport::LineZ;
-using testsupport::RandomLine;
-using testsupport::RandomLineZ;
-using testsupport::SameBits;
-using testsupport::Uniform;
-using testsupport::WildLineZ;
-using testsupport::WithoutHeight;
+using vorel::test::AwkwardLines;
+using vorel::test::kInfinity;
+using vorel::test::kNaN;
+using vorel::test::Line;
+using vorel::test::LineZ;
+using vorel::test::RandomLine;
+using vorel::test::RandomLineZ;
+using vorel::test::SameBits;
+using vorel::test::Uniform;
+using vorel::test::WildLineZ;
+using vorel::test::WithoutHeight;
 using Algorithm = vorel::VorelGeometryAlgorithm;
 
 constexpr unsigned kMaxIndex = std::numeric_limits<unsigned>::max();
@@ -197,12 +197,12 @@ TEST(GetDistanceAndCache, ReservesTheTotalOnce) {
 
 TEST(GetDistanceAndCache, AllocatesTheCopyOfItsLineAlone) {
   std::mt19937 generator(21013);
-  const Line line = testsupport::RandomLine(generator, 300);
+  const Line line = vorel::test::RandomLine(generator, 300);
   std::vector<double> cache;
   cache.reserve(line.size());
-  const testsupport::AllocationCounter allocations;
+  const vorel::test::AllocationCounter allocations;
   Algorithm::GetDistanceAndCache(line, 0, 299, cache);
-  EXPECT_EQ(allocations.Count(), testsupport::CanCountAllocations() ? 1u : 0u);
+  EXPECT_EQ(allocations.Count(), vorel::test::CanCountAllocations() ? 1u : 0u);
   EXPECT_EQ(cache.size(), 299u);
 }
 
@@ -527,9 +527,9 @@ TEST(GetDistanceAndCache, TableEntriesAreLengths) {
 }
 
 TEST(GetDistanceAndCache, TableEntriesAreLengthsOnRealRoutes) {
-  const std::vector<testsupport::NamedLine> lines = testsupport::RealLines("routes");
+  const std::vector<vorel::test::NamedLine> lines = vorel::test::RealLines("routes");
   SKIP_WITHOUT_REAL_LINES(lines);
-  for (const testsupport::NamedLine& line : lines) {
+  for (const vorel::test::NamedLine& line : lines) {
     SCOPED_TRACE(line.name);
     // Every length is measured from the start anew: the first 500 vertices are plenty.
     ExpectTableEntriesAreLengths(Line(
@@ -571,9 +571,9 @@ TEST(DistanceOfA2BInRoute, NegatesWhenSwapped) {
 TEST(DistanceOfA2BInRoute, NegatesWhenSwappedOnRealRoutes) {
   constexpr unsigned kSeed = 31003;
   std::mt19937 generator(kSeed);
-  const std::vector<testsupport::NamedLine> lines = testsupport::RealLines("routes");
+  const std::vector<vorel::test::NamedLine> lines = vorel::test::RealLines("routes");
   SKIP_WITHOUT_REAL_LINES(lines);
-  for (const testsupport::NamedLine& line : lines) {
+  for (const vorel::test::NamedLine& line : lines) {
     SCOPED_TRACE(testing::Message() << "seed " << kSeed << ", " << line.name);
     ExpectSwapNegates(generator, line.points);
   }
@@ -752,9 +752,9 @@ class MeasurementOnRealLines : public testing::TestWithParam<const char*> {};
 TEST_P(MeasurementOnRealLines, MatchesTheTwins) {
   constexpr unsigned kSeed = 31008;
   std::mt19937 generator(kSeed);
-  const std::vector<testsupport::NamedLineZ>& lines = testsupport::RealLinesZ(GetParam());
+  const std::vector<vorel::test::NamedLineZ>& lines = vorel::test::RealLinesZ(GetParam());
   SKIP_WITHOUT_REAL_LINES(lines);
-  for (const testsupport::NamedLineZ& line : lines) {
+  for (const vorel::test::NamedLineZ& line : lines) {
     SCOPED_TRACE(line.name);
     ExpectRouteDistancesMatchTwins(generator, line.points);
     ExpectPositionsMatchTwins(generator, line.points);

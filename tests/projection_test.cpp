@@ -19,18 +19,18 @@
 namespace {
 
 using tarvo::GeoCoordinateZ;
-using testsupport::Bits;
-using testsupport::kInfinity;
-using testsupport::kInfinityFloat;
-using testsupport::kNaN;
-using testsupport::kNaNFloat;
-using testsupport::LineZ;
-using testsupport::LocalMetres;
-using testsupport::NamedLineZ;
-using testsupport::OneOf;
-using testsupport::SameBits;
-using testsupport::Uniform;
 using vorel::VorelGeometryAlgorithm;
+using vorel::test::Bits;
+using vorel::test::kInfinity;
+using vorel::test::kInfinityFloat;
+using vorel::test::kNaN;
+using vorel::test::kNaNFloat;
+using vorel::test::LineZ;
+using vorel::test::LocalMetres;
+using vorel::test::NamedLineZ;
+using vorel::test::OneOf;
+using vorel::test::SameBits;
+using vorel::test::Uniform;
 
 constexpr double kPi = 3.141592653589793;
 constexpr int kIntMax = std::numeric_limits<int>::max();
@@ -168,7 +168,7 @@ INSTANTIATE_TEST_SUITE_P(
                  1,
                  kInfinity,
                  {kInfinity, kInfinity, kInfinityFloat}}),
-    testsupport::CaseName<FootCase>);
+    vorel::test::CaseName<FootCase>);
 
 TEST(ProjectionPosToLine, ShrinksLongitudesByTheCosineOfThePositionsLatitude) {
   for (double latitude = -89.3; latitude < 90.0; latitude += 7.31) {
@@ -367,7 +367,7 @@ INSTANTIATE_TEST_SUITE_P(
         WalkCase{"NaNAhead", Equator({10.0, 10.25, kNaN, 10.75}), OnEquator(11.0), 0, true, 1, 1, kNaN},
         WalkCase{"NaNBehindIsNotReached", Equator({10.0, 10.25, kNaN, 10.75}), OnEquator(10.125), 0, true, 0,
                  0, 0.5}),
-    testsupport::CaseName<WalkCase>);
+    vorel::test::CaseName<WalkCase>);
 
 // A line north from (0, 0) by `latitude`, and on for a kilometre.
 LineZ NorthWithFirstStep(double latitude) {
@@ -376,7 +376,7 @@ LineZ NorthWithFirstStep(double latitude) {
 
 // Whether the distance of the least latitude at `metres` is exactly that, so that a test there tells < from <=.
 bool IsExact(double metres) {
-  return tarvo::GeoCoordinate(0.0, 0.0).DistanceTo({0.0, testsupport::LatitudeAtLeast(metres)}) == metres;
+  return tarvo::GeoCoordinate(0.0, 0.0).DistanceTo({0.0, vorel::test::LatitudeAtLeast(metres)}) == metres;
 }
 
 TEST(ProjectionPosToLines, SkipsStrictlyBelowADecimetre) {
@@ -385,7 +385,7 @@ TEST(ProjectionPosToLines, SkipsStrictlyBelowADecimetre) {
   const GeoCoordinateZ pos(1e-5, 0.0, 0.0f);
   for (const bool isSkipped : {true, false}) {
     const LineZ line =
-        NorthWithFirstStep(isSkipped ? testsupport::LatitudeBelow(0.1) : testsupport::LatitudeAtLeast(0.1));
+        NorthWithFirstStep(isSkipped ? vorel::test::LatitudeBelow(0.1) : vorel::test::LatitudeAtLeast(0.1));
     int segmentIndex = 0;
     int resultIndex = kUntouchedIndex;
     double ratio = kUntouchedRatio;
@@ -604,7 +604,7 @@ INSTANTIATE_TEST_SUITE_P(
                  3,
                  kNaN},
         ScanCase{"NaNPosition", kComb, {kNaN, 49.0, 0.0f}, 2, {50, 20, 0}, false, 2, 2, 0.0}),
-    testsupport::CaseName<ScanCase>);
+    vorel::test::CaseName<ScanCase>);
 
 TEST(ProjectionPosToLinesDistance, EndsAtTheFirstFarSegmentBeyondTheTolerance) {
   // The sixth segment is nearer but lies behind three far ones.
@@ -623,7 +623,7 @@ TEST(ProjectionPosToLinesDistance, SkipsStrictlyBelowACentimetre) {
   const GeoCoordinateZ pos(1e-5, 0.0, 0.0f);
   for (const bool isSkipped : {true, false}) {
     const LineZ line =
-        NorthWithFirstStep(isSkipped ? testsupport::LatitudeBelow(0.01) : testsupport::LatitudeAtLeast(0.01));
+        NorthWithFirstStep(isSkipped ? vorel::test::LatitudeBelow(0.01) : vorel::test::LatitudeAtLeast(0.01));
     int startIndex = 0;
     int resultIndex = kUntouchedIndex;
     double ratio = kUntouchedRatio;
@@ -808,7 +808,7 @@ INSTANTIATE_TEST_SUITE_P(
         HeadingCase{"NegativeStart", kComb, 0, 10, -1, kAll, false, -1, -1},
         HeadingCase{"SentinelIsTheLargestFloat", kComb, 0, 10, -1, {0, kFloatMax, 0}, false, -1, -1},
         HeadingCase{"BeyondTheSentinel", kComb, 0, 10, -1, {0, 3.4028234663852890e+38, 0}, true, -1, -1}),
-    testsupport::CaseName<HeadingCase>);
+    vorel::test::CaseName<HeadingCase>);
 
 TEST(ProjectionPosToLinesDistanceOrientation, ComparesHeadingsStrictly) {
   // Segment 1 heads exactly north (0 degrees) and is nearer than segment 0.
@@ -832,7 +832,7 @@ TEST(ProjectionPosToLinesDistanceOrientation, MeasuresHeadingsOverStrictlyMoreTh
   ASSERT_TRUE(IsExact(0.5));
   // The second segment is nearest. Its first step heads north; from its first to its third point the line heads east.
   for (const bool isNorth : {true, false}) {
-    const double step = isNorth ? testsupport::LatitudeAbove(0.5) : testsupport::LatitudeAtLeast(0.5);
+    const double step = isNorth ? vorel::test::LatitudeAbove(0.5) : vorel::test::LatitudeAtLeast(0.5);
     const LineZ line = {{-1e-4, -1e-4, 0.0f}, {0.0, 0.0, 0.0f}, {0.0, step, 0.0f}, {0.01, step, 0.0f}};
     const GeoCoordinateZ pos(-1e-6, step / 2, 0.0f);
     int startIndex = 0;
@@ -894,7 +894,7 @@ INSTANTIATE_TEST_SUITE_P(
         BetweenCase{"NoSegmentNearIt", OnEquator(10.0 + 3.6e-7), OnEquator(10.0), OnEquator(10.0), 0, 0.0},
         BetweenCase{"NaN", {kNaN, 0.0, 0.0f}, OnEquator(10.0), OnEquator(11.0), -1, kUntouchedRatio},
         BetweenCase{"NaNEnd", OnEquator(10.5), OnEquator(10.0), {kNaN, 0.0, 0.0f}, -1, kUntouchedRatio}),
-    testsupport::CaseName<BetweenCase>);
+    vorel::test::CaseName<BetweenCase>);
 
 TEST(PosInAB, AddsBothDistancesBeforeItTakesTheLengthAway) {
   // 1000 km long, so that the sum of the distances is rounded by far more than the detour changes from one position to
@@ -925,7 +925,7 @@ TEST(PosInAB, ToleratesADetourOfADecimetreItself) {
   const GeoCoordinateZ a(0.0, 0.0, 0.0f);
   for (const bool isOn : {true, false}) {
     // There and back to one point: twice the distance.
-    const double latitude = isOn ? testsupport::LatitudeAtLeast(0.05) : testsupport::LatitudeAbove(0.05);
+    const double latitude = isOn ? vorel::test::LatitudeAtLeast(0.05) : vorel::test::LatitudeAbove(0.05);
     double ratio = kUntouchedRatio;
     EXPECT_EQ(VorelGeometryAlgorithm::PosInAB({0.0, latitude, 0.0f}, a, a, ratio), isOn ? 0 : 1);
     EXPECT_EQ(ratio, isOn ? 0.0 : kUntouchedRatio);
@@ -940,12 +940,12 @@ TEST(PosInAB, DividesTheDistances) {
 }
 
 TEST(ProjectionSearches, AllocateNothing) {
-  if (!testsupport::CanCountAllocations()) GTEST_SKIP() << testsupport::kCannotCountAllocations;
+  if (!vorel::test::CanCountAllocations()) GTEST_SKIP() << vorel::test::kCannotCountAllocations;
   int startIndex = 0;
   int resultIndex = 0;
   double ratio = 0.0;
   GeoCoordinateZ foot;
-  const testsupport::AllocationCounter allocations;
+  const vorel::test::AllocationCounter allocations;
   VorelGeometryAlgorithm::ProjectionPosToLine(kComb[0], kComb[1], kByTheComb, foot, ratio);
   VorelGeometryAlgorithm::PosInAB(kByTheComb, kComb[0], kComb[1], ratio);
   VorelGeometryAlgorithm::ProjectionPosToLines(kByTheComb, kComb, startIndex, resultIndex, ratio);
@@ -1028,7 +1028,7 @@ TEST(ProjectionPosToLinesDistanceOrientation, AfterTheFirstOnlyMatchingSegmentsB
   int laterResults = 0;
   for (int run = 0; run < 20000; ++run) {
     SCOPED_TRACE(testing::Message() << "seed " << kSeed << ", run " << run);
-    const LineZ line = testsupport::RandomLineZ(generator, 20);
+    const LineZ line = vorel::test::RandomLineZ(generator, 20);
     const GeoCoordinateZ& vertex = line[generator() % line.size()];
     const GeoCoordinateZ pos = LocalMetres(vertex.longitude, vertex.latitude)
                                    .At(Uniform(generator, -30, 30), Uniform(generator, -30, 30));
@@ -1089,10 +1089,10 @@ SearchResult Run(int start, const Search& search) {
 
 void CompareSearches(const GeoCoordinateZ& pos, const LineZ& line, int start, const ScanArguments& a,
                      double heading, double tolerance) {
-  SCOPED_TRACE("pos " + testsupport::Paste(pos) + ", start " + std::to_string(start) + ", accept " +
-               testsupport::Paste(a.acceptDistance) + ", max " + testsupport::Paste(a.maxDistance) +
-               ", far " + std::to_string(a.maxFarSegments) + ", heading " + testsupport::Paste(heading) +
-               " +- " + testsupport::Paste(tolerance));
+  SCOPED_TRACE("pos " + vorel::test::Paste(pos) + ", start " + std::to_string(start) + ", accept " +
+               vorel::test::Paste(a.acceptDistance) + ", max " + vorel::test::Paste(a.maxDistance) +
+               ", far " + std::to_string(a.maxFarSegments) + ", heading " + vorel::test::Paste(heading) +
+               " +- " + vorel::test::Paste(tolerance));
   ExpectSame(Run(start,
                  [&](int& s, int& r, double& ratio) {
                    return VorelGeometryAlgorithm::ProjectionPosToLines(pos, line, s, r, ratio);
@@ -1154,7 +1154,7 @@ TEST(ProjectionDifferential, RandomLines) {
   std::mt19937 generator(51003);
   for (int run = 0; run < 1500; ++run) {
     SCOPED_TRACE(testing::Message() << "seed 51003, run " << run);
-    CompareOnLine(generator, testsupport::RandomLineZ(generator, 2 + static_cast<int>(generator() % 60)), 10);
+    CompareOnLine(generator, vorel::test::RandomLineZ(generator, 2 + static_cast<int>(generator() % 60)), 10);
   }
 }
 
@@ -1162,12 +1162,12 @@ TEST(ProjectionDifferential, WildLines) {
   std::mt19937 generator(51004);
   for (int run = 0; run < 1500; ++run) {
     SCOPED_TRACE(testing::Message() << "seed 51004, run " << run);
-    CompareOnLine(generator, testsupport::WildLineZ(generator, 1 + static_cast<int>(generator() % 30)), 10);
+    CompareOnLine(generator, vorel::test::WildLineZ(generator, 1 + static_cast<int>(generator() % 30)), 10);
   }
 }
 
 TEST(ProjectionDifferential, RealLanes) {
-  const std::vector<NamedLineZ>& lanes = testsupport::RealLinesZ("lanes");
+  const std::vector<NamedLineZ>& lanes = vorel::test::RealLinesZ("lanes");
   SKIP_WITHOUT_REAL_LINES(lanes);
   std::mt19937 generator(51005);
   for (const NamedLineZ& lane : lanes) {

@@ -31,13 +31,13 @@ namespace {
 
 using tarvo::GeoCoordinate;
 using tarvo::RoutePos;
-using testsupport::kInfinity;
-using testsupport::kNaN;
-using testsupport::Line;
-using testsupport::RandomLine;
-using testsupport::SameBits;
-using testsupport::Uniform;
-using testsupport::WildLine;
+using vorel::test::kInfinity;
+using vorel::test::kNaN;
+using vorel::test::Line;
+using vorel::test::RandomLine;
+using vorel::test::SameBits;
+using vorel::test::Uniform;
+using vorel::test::WildLine;
 using Algorithm = vorel::VorelGeometryAlgorithm;
 
 const GeoCoordinate kNaNPoint(kNaN, kNaN);
@@ -255,7 +255,7 @@ class ChainBehindOffset : public testing::Test {
   ChainBehindOffset() {
     vorel::logging::vorel_log_instance_id_ = kId;
     plog::Logger::Register(kId, plog::LogLevel::kDebug, {memory_});
-    testsupport::ResetTagNameCalls();
+    vorel::test::ResetTagNameCalls();
   }
   ~ChainBehindOffset() override {
     plog::Logger::Unregister(kId);
@@ -412,7 +412,7 @@ TEST_F(ChainBehindOffset, WritesARecordWithAllItsFields) {
   EXPECT_EQ(record.threadId, plog::Util::GetTid());
   EXPECT_LE(Milliseconds(before), Milliseconds(record.time));
   EXPECT_LE(Milliseconds(record.time), Milliseconds(after));
-  EXPECT_EQ(testsupport::TagNameCalls(), std::vector<int>{11});
+  EXPECT_EQ(vorel::test::TagNameCalls(), std::vector<int>{11});
 }
 
 TEST_F(ChainBehindOffset, WritesToTheLoggerOfTheMoment) {
@@ -432,7 +432,7 @@ TEST_F(ChainBehindOffset, AllocatesNothingWhenTheOutputHasTheRoom) {
   const std::vector<RoutePos> positions = Chain(5);
   Line out;
   out.reserve(6);
-  const testsupport::AllocationCounter allocations;
+  const vorel::test::AllocationCounter allocations;
   ASSERT_TRUE(Algorithm::ChoosePointsInPolylineWithOffset(positions, 150.0, out, Route(), kHundreds));
   out.clear();
   ASSERT_TRUE(Algorithm::ChoosePointsInPolylineFromBasePoint(0, Route()[0], 350.0, Route(), kHundreds, out));
@@ -444,11 +444,11 @@ TEST_F(ChainBehindOffset, IsSilentAboveItsLevel) {
   ASSERT_TRUE(plog::Logger::SetMinimumLevel(kId, plog::LogLevel{3}));
   const std::vector<RoutePos> positions = Chain(2);
   Line out;
-  const testsupport::AllocationCounter allocations;
+  const vorel::test::AllocationCounter allocations;
   EXPECT_FALSE(Algorithm::ChoosePointsInPolylineWithOffset(positions, 1e6, out, Route(), kHundreds));
   EXPECT_EQ(allocations.Count(), 0u);
   EXPECT_EQ(memory_->Count(), 0u);
-  EXPECT_TRUE(testsupport::TagNameCalls().empty());
+  EXPECT_TRUE(vorel::test::TagNameCalls().empty());
   ASSERT_TRUE(plog::Logger::SetMinimumLevel(kId, plog::LogLevel{2}));
   EXPECT_FALSE(Algorithm::ChoosePointsInPolylineWithOffset(positions, 1e6, out, Route(), kHundreds));
   EXPECT_EQ(memory_->Count(), 1u);
@@ -638,11 +638,11 @@ TEST(Candidates, LieKTimesTheSpacingAlongTheLine) {
 }
 
 TEST(Candidates, LieKTimesTheSpacingAlongRealRoutes) {
-  const std::vector<testsupport::NamedLine> lines = testsupport::RealLines("routes");
+  const std::vector<vorel::test::NamedLine> lines = vorel::test::RealLines("routes");
   SKIP_WITHOUT_REAL_LINES(lines);
   // Metres; worst was 0.26, on segments of some kilometres on the coast of Chukotka (0.019 on the motorways).
   constexpr double kRealSlack = 0.5;
-  for (const testsupport::NamedLine& line : lines) {
+  for (const vorel::test::NamedLine& line : lines) {
     SCOPED_TRACE(line.name);
     for (const unsigned count : {2u, 17u, 1000u}) {
       const double spacing = std::floor(std::floor(Table(line.points).back()) / (count - 1));
@@ -735,7 +735,7 @@ void ExpectStretchesMatchTwin(std::mt19937& generator, const Line& line) {
                               kNaN,
                               kInfinity};
     for (const double length : lengths) {
-      SCOPED_TRACE(testing::Message() << "index " << index << ", length " << testsupport::Paste(length));
+      SCOPED_TRACE(testing::Message() << "index " << index << ", length " << vorel::test::Paste(length));
       Line out{kHeld};
       Line expected{kHeld};
       bool ok = false;
@@ -780,7 +780,7 @@ void ExpectChainsMatchTwin(std::mt19937& generator, const Line& line) {
     double offset = Uniform(generator, 0.0, 1.2) * total;
     if (trial % 3 == 0) offset = Uniform(generator, 0.0, 300.0);
     if (trial % 7 == 0) offset = std::vector<double>{0.0, -1.0, kNaN, kInfinity, 1e-9}[generator() % 5];
-    SCOPED_TRACE(testing::Message() << "offset " << testsupport::Paste(offset));
+    SCOPED_TRACE(testing::Message() << "offset " << vorel::test::Paste(offset));
     Line out{kHeld};
     Line expected{kHeld};
     bool ok = false;
@@ -861,9 +861,9 @@ TEST(RouteSampling, MatchesTheTwinsOnWildLines) {
 TEST(RouteSampling, MatchesTheTwinsOnRealRoutes) {
   constexpr unsigned kSeed = 34006;
   std::mt19937 generator(kSeed);
-  const std::vector<testsupport::NamedLine> lines = testsupport::RealLines("routes");
+  const std::vector<vorel::test::NamedLine> lines = vorel::test::RealLines("routes");
   SKIP_WITHOUT_REAL_LINES(lines);
-  for (const testsupport::NamedLine& line : lines) {
+  for (const vorel::test::NamedLine& line : lines) {
     SCOPED_TRACE(testing::Message() << "seed " << kSeed << ", " << line.name);
     ExpectAllMatchTwins(generator, line.points);
   }

@@ -6,7 +6,7 @@
 
 #include "support/uniform.h"
 
-namespace testsupport {
+namespace vorel::test {
 namespace {
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
@@ -137,4 +137,4 @@ Line WithoutHeight(const LineZ& line) {
   return Line(line.begin(), line.end());
 }
 
-}  // namespace testsupport
+}  // namespace vorel::test
