@@ -31,6 +31,7 @@ namespace {
 
 using tarvo::GeoCoordinate;
 using tarvo::RoutePos;
+using vorel::test::CumulativeTable;
 using vorel::test::kInfinity;
 using vorel::test::kNaN;
 using vorel::test::Line;
@@ -46,14 +47,6 @@ const GeoCoordinate kHeld(1.0, 2.0);  // what the caller already had in the outp
 const Line& Route() {
   static const Line line{{7.5, 47.5}, {7.5013, 47.5002}, {7.502, 47.501}, {7.5017, 47.503}, {7.504, 47.5047}};
   return line;
-}
-
-std::vector<double> Table(const Line& line) {
-  std::vector<double> table;
-  if (line.empty()) return table;
-  table.push_back(0.0);
-  Algorithm::GetDistanceAndCache(line, 0, static_cast<unsigned>(line.size()) - 1, table);
-  return table;
 }
 
 /// The point of the route at the float `ratio` between vertex i and vertex j.
@@ -605,7 +598,7 @@ TEST(Candidates, SaturateTheTotal) {
 
 /// Distance of every sample from its place k times `interval` along the line.
 double WorstOffPlace(const Line& line, const Line& samples, double interval) {
-  const std::vector<double> table = Table(line);
+  const std::vector<double> table = CumulativeTable(line);
   double worst = 0.0;
   for (std::size_t k = 0; k < samples.size(); ++k) {
     const double place = static_cast<double>(k) * interval;
@@ -625,7 +618,7 @@ TEST(Candidates, LieKTimesTheSpacingAlongTheLine) {
   for (int run = 0; run < 2000; ++run) {
     SCOPED_TRACE(testing::Message() << "seed " << kSeed << ", run " << run);
     const Line line = RandomLine(generator, 5 + run % 80);
-    const double length = Table(line).back();
+    const double length = CumulativeTable(line).back();
     const auto count = static_cast<unsigned>(2 + generator() % 40);
     const double spacing = std::floor(std::floor(length) / (count - 1));
     Line out;
@@ -645,7 +638,7 @@ TEST(Candidates, LieKTimesTheSpacingAlongRealRoutes) {
   for (const vorel::test::NamedLine& line : lines) {
     SCOPED_TRACE(line.name);
     for (const unsigned count : {2u, 17u, 1000u}) {
-      const double spacing = std::floor(std::floor(Table(line.points).back()) / (count - 1));
+      const double spacing = std::floor(std::floor(CumulativeTable(line.points).back()) / (count - 1));
       Line out;
       ASSERT_EQ(Algorithm::CalculateCandidatePoints({line.points}, count, out), spacing > 0.0);
       ASSERT_LE(out.size(), count);
@@ -680,7 +673,7 @@ TEST(StretchAhead, IsAsLongAsAsked) {
   for (int run = 0; run < 2000; ++run) {
     SCOPED_TRACE(testing::Message() << "seed " << kSeed << ", run " << run);
     const Line line = RandomLine(generator, 10 + run % 60);
-    const std::vector<double> table = Table(line);
+    const std::vector<double> table = CumulativeTable(line);
     const std::size_t index = generator() % 5;
     const GeoCoordinate base = Algorithm::GetInsertPointFromSegment(
         line[index], line[index + 1], static_cast<float>(Uniform(generator, 0.0, 1.0)));
@@ -690,7 +683,7 @@ TEST(StretchAhead, IsAsLongAsAsked) {
     ASSERT_TRUE(Algorithm::ChoosePointsInPolylineFromBasePoint(static_cast<int>(index), base, length, line,
                                                                table, out));
     // Up to a metre is lost to the whole metres of the start.
-    const double error = Table(out).back() - length;
+    const double error = CumulativeTable(out).back() - length;
     ASSERT_LE(error, kRandomSlack);
     ASSERT_GT(error, -1.0 - kRandomSlack);
     shortest = std::min(shortest, error);
@@ -701,7 +694,7 @@ TEST(StretchAhead, IsAsLongAsAsked) {
 // ---- Against the plain twins ----------------------------------------------------------------------------------------
 
 std::vector<double> AnyTable(std::mt19937& generator, const Line& line) {
-  std::vector<double> table = Table(line);
+  std::vector<double> table = CumulativeTable(line);
   const std::size_t kind = generator() % 8;
   if (kind == 0) table.resize(generator() % (line.size() + 2), 1e4);
   if (kind == 1 && !table.empty()) table[generator() % table.size()] = kNaN;

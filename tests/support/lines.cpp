@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+#include "map_utils/vorel_geometry_algorithm.h"
 #include "support/uniform.h"
 
 namespace vorel::test {
@@ -135,6 +136,14 @@ Line WildLine(std::mt19937& generator, int vertexCount) {
 
 Line WithoutHeight(const LineZ& line) {
   return Line(line.begin(), line.end());
+}
+
+std::vector<double> CumulativeTable(const Line& line) {
+  std::vector<double> table;
+  if (line.empty()) return table;
+  table.push_back(0.0);
+  VorelGeometryAlgorithm::GetDistanceAndCache(line, 0, static_cast<unsigned>(line.size()) - 1, table);
+  return table;
 }
 
 }  // namespace vorel::test

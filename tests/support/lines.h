@@ -65,6 +65,9 @@ std::vector<NamedLine> RealLines(const std::string& folder);
 
 Line WithoutHeight(const LineZ& line);
 
+/// Metres from the start of `line` to each of its vertices, as the library's own table has them; empty for no vertices.
+std::vector<double> CumulativeTable(const Line& line);
+
 /// In a test over real lines: leaves it with one line of explanation when there are none.
 #define SKIP_WITHOUT_REAL_LINES(lines) \
   if ((lines).empty()) GTEST_SKIP() << "skipped: VOREL_DATA_DIR does not name the real data"
