@@ -14,6 +14,7 @@
 #include "reference/clipping_reference.h"
 #include "support/bits.h"
 #include "support/lines.h"
+#include "support/uniform.h"
 #include "tests/support/allocation_counter.h"
 
 namespace {
@@ -26,15 +27,12 @@ using vorel::test::Line;
 using vorel::test::NamedLine;
 using vorel::test::Paste;
 using vorel::test::SameBits;
+using vorel::test::Uniform;
 
 using Pieces = std::vector<Line>;
 using Rect = tarvo::Rect<GeoCoordinate>;
 
 const Rect kTen{{0, 0}, {10, 10}};
-
-double Uniform(std::mt19937& generator, double low, double high) {
-  return low + (high - low) * (static_cast<double>(generator()) / 4294967296.0);
-}
 
 // ---- Edges: lines and rectangles ------------------------------------------------------------------------------
 

@@ -14,6 +14,7 @@
 #include "reference/containment_reference.h"
 #include "support/bits.h"
 #include "support/lines.h"
+#include "support/uniform.h"
 #include "tests/support/allocation_counter.h"
 
 namespace {
@@ -25,14 +26,11 @@ using vorel::test::kNaN;
 using vorel::test::Line;
 using vorel::test::NamedLine;
 using vorel::test::Paste;
+using vorel::test::Uniform;
 
 constexpr double kTolerance = 1e-7;  // degrees: that of the edges
 const double kBelowTolerance = std::nextafter(kTolerance, 0.0);
 const double kAboveTolerance = std::nextafter(kTolerance, 1.0);
-
-double Uniform(std::mt19937& generator, double low, double high) {
-  return low + (high - low) * (static_cast<double>(generator()) / 4294967296.0);
-}
 
 bool IsInPolygon(const Line& polygon, const GeoCoordinate& point) {
   return VorelGeometryAlgorithm::IsPointInPolygon(polygon, point);

@@ -16,6 +16,7 @@
 #include "reference/sampling_reference.h"
 #include "support/bits.h"
 #include "support/lines.h"
+#include "support/uniform.h"
 #include "tests/support/allocation_counter.h"
 
 namespace {
@@ -27,13 +28,10 @@ using vorel::test::kNaN;
 using vorel::test::Line;
 using vorel::test::NamedLine;
 using vorel::test::SameBits;
+using vorel::test::Uniform;
 
 constexpr int kNoLimit = 0;
 constexpr double kDenormal = std::numeric_limits<double>::denorm_min();
-
-double Uniform(std::mt19937& generator, double low, double high) {
-  return low + (high - low) * (static_cast<double>(generator()) / 4294967296.0);
-}
 
 // A vertex `metres` east of (0, 0) on the equator, to 2 nanometres for some hundred metres.
 GeoCoordinate East(double metres) {

@@ -27,6 +27,7 @@
 #include "reference/view_symbols_reference.h"
 #include "support/bits.h"
 #include "support/lines.h"
+#include "support/uniform.h"
 #include "tests/support/allocation_counter.h"
 #include "tests/support/counting_tag_names.h"
 
@@ -43,15 +44,12 @@ using vorel::test::Line;
 using vorel::test::NamedLine;
 using vorel::test::Paste;
 using vorel::test::SameBits;
+using vorel::test::Uniform;
 
 using Runs = std::vector<Line>;
 using Rect = tarvo::Rect<GeoCoordinate>;
 
 constexpr unsigned kId = 4300;
-
-double Uniform(std::mt19937& generator, double low, double high) {
-  return low + (high - low) * (static_cast<double>(generator()) / 4294967296.0);
-}
 
 // 0.001 degree on the equator is 111.3 m.
 const Rect kView{{0, -0.001}, {0.01, 0.001}};
