@@ -17,6 +17,7 @@
 
 #include "map_utils/internal/polygon.h"
 #include "map_utils/internal/segment_lengths.h"
+#include "map_utils/internal/segment_projection.h"
 #include "support/every_call.h"
 
 namespace {
@@ -79,23 +80,32 @@ TEST(Concurrency, TheFirstCallsMayCoincide) {
     corner.latitude += i % 2 == 0 ? 1e-4 : -1e-4;
   }
   const tarvo::GeoCoordinate inside(7.5005, 47.50005);
+  testsupport::LineZ lineZ;
+  for (const tarvo::GeoCoordinate& point : line) lineZ.emplace_back(point.longitude, point.latitude, 0.0f);
   for (int round = 0; round < 100; ++round) {
     // From the second round on: the state of a program that has called nothing yet.
     if (round > 0) {
       vorel::internal::ForceSegmentKernel(nullptr);
       vorel::internal::ForceLocateInPolygon(nullptr);
+      vorel::internal::ForceMeasureSegments(nullptr);
     }
     std::vector<double> lengths(kThreadCount);
     std::vector<int> containments(kThreadCount);
+    std::vector<int> nearest(kThreadCount);
     RunInThreads([&](std::size_t thread) {
       using Algorithm = vorel::VorelGeometryAlgorithm;
       lengths[thread] = Algorithm::GetDistance(line.data(), static_cast<unsigned>(line.size()), 0, 40);
       containments[thread] = Algorithm::IsPointInPolygon(line, inside) ? 1 : 0;
+      int startIndex = 0;
+      double ratio = 0.0;
+      Algorithm::ProjectionPosToLinesDistance(lineZ[20], lineZ, startIndex, nearest[thread], ratio, 0.0, 20.0,
+                                              99);
     });
     double expected = 0.0;
     for (std::size_t i = 0; i + 1 < line.size(); ++i) expected = expected + line[i].DistanceTo(line[i + 1]);
     ASSERT_EQ(lengths, std::vector<double>(kThreadCount, expected)) << "round " << round;
     ASSERT_EQ(containments, std::vector<int>(kThreadCount, containments[0])) << "round " << round;
+    ASSERT_EQ(nearest, std::vector<int>(kThreadCount, 19)) << "round " << round;
   }
   EXPECT_GE(calls.size(), 60u);
 }

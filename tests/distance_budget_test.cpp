@@ -12,6 +12,7 @@
 
 #include "base/geodesy/distance.h"
 #include "map_utils/internal/segment_lengths.h"
+#include "map_utils/internal/segment_projection.h"
 #include "map_utils/vorel_geometry_algorithm.h"
 #include "support/lines.h"
 
@@ -38,13 +39,19 @@ class DistanceBudget : public testing::Test {
   DistanceBudget() {
     // The form that measures one by one goes through the counted distance; the others measure the same segments.
     vorel::internal::ForceSegmentKernel(vorel::internal::FindSegmentKernel(1));
+    // Projections have no such form; one that measures nothing leaves them to the counted distance as well.
+    vorel::internal::ForceMeasureSegments([](const GeoCoordinateZ*, std::size_t, const GeoCoordinate&, double,
+                                             double*, double*) { return false; });
     std::mt19937 generator(6006);
     lineZ_ = vorel::test::RandomLineZ(generator, static_cast<int>(kVertices));
     line_ = vorel::test::WithoutHeight(lineZ_);
     cumulative_.push_back(0.0);
     Algorithm::GetDistanceAndCache(line_, 0, kSegments, cumulative_);
   }
-  ~DistanceBudget() override { vorel::internal::ForceSegmentKernel(nullptr); }
+  ~DistanceBudget() override {
+    vorel::internal::ForceSegmentKernel(nullptr);
+    vorel::internal::ForceMeasureSegments(nullptr);
+  }
 
   // Lines are measured in blocks, the first a small one and each twice the one before up to the largest, so that a walk
   // which ends early has measured some segments beyond: no more than it has walked and the first block, nor than a block.

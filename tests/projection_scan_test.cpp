@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include "map_utils/internal/segment_projection.h"
 #include "map_utils/vorel_geometry_algorithm.h"
 #include "reference/projection_reference.h"
 #include "support/bits.h"
@@ -198,7 +199,21 @@ Question AnyQuestion(Numbers& numbers, const LineZ& line, const GeoCoordinateZ& 
   return q;
 }
 
-TEST(ProjectionScan, GridLinesOfEveryScale) {
+/// Each test runs with the segments measured two at a time, and four.
+class ProjectionScan : public testing::TestWithParam<std::size_t> {
+ protected:
+  void SetUp() override {
+    const vorel::internal::MeasureSegmentsForm form = vorel::internal::FindMeasureSegments(GetParam());
+    if (form == nullptr) GTEST_SKIP() << "skipped: this machine has no form with " << GetParam() << " lanes";
+    vorel::internal::ForceMeasureSegments(form);
+  }
+  void TearDown() override { vorel::internal::ForceMeasureSegments(nullptr); }
+};
+
+INSTANTIATE_TEST_SUITE_P(All, ProjectionScan, testing::Values(2u, 4u),
+                         [](const auto& test) { return "Lanes" + std::to_string(test.param); });
+
+TEST_P(ProjectionScan, GridLinesOfEveryScale) {
   Numbers numbers(53031);
   for (int run = 0; run < 60000; ++run) {
     const GeoCoordinateZ place = AnyPlace(numbers);
@@ -210,7 +225,7 @@ TEST(ProjectionScan, GridLinesOfEveryScale) {
   }
 }
 
-TEST(ProjectionScan, LanesPassedInBothDirections) {
+TEST_P(ProjectionScan, LanesPassedInBothDirections) {
   Numbers numbers(53032);
   for (int run = 0; run < 20000; ++run) {
     const GeoCoordinateZ place = AnyPlace(numbers);
@@ -237,7 +252,7 @@ TEST(ProjectionScan, LanesPassedInBothDirections) {
 
 // One segment in range, then far ones with short ones among them: each count of tolerated ones, for each place of a nearer
 // segment behind them, says exactly which were counted.
-TEST(ProjectionScan, CountsFarSegmentsOneByOne) {
+TEST_P(ProjectionScan, CountsFarSegmentsOneByOne) {
   const GeoCoordinateZ pos(11.5, 48.1, 0.0f);
   for (const double shortLength : {0.0, 8.9e-8, 9.1e-8, 3e-7}) {  // 0, 9.9 mm, 10.1 mm, 3 cm
     for (std::size_t nearer = 1; nearer < 14; ++nearer) {
@@ -260,7 +275,7 @@ TEST(ProjectionScan, CountsFarSegmentsOneByOne) {
   }
 }
 
-TEST(ProjectionScan, InvalidPointsAtEveryPlace) {
+TEST_P(ProjectionScan, InvalidPointsAtEveryPlace) {
   for (const double bad : {kNaN, kInfinity, -kInfinity, 90.00000000000001, 1e300, 400.0}) {
     for (const bool isLatitude : {true, false}) {
       for (std::size_t place = 0; place < 8; ++place) {
@@ -287,7 +302,7 @@ TEST(ProjectionScan, InvalidPointsAtEveryPlace) {
 
 // The search goes by blocks of eight segments: an invalid, a far or a standing point at every place of a line of several,
 // of every length about whole blocks, with positions on the line and so far away that blocks are put off.
-TEST(ProjectionScan, OddPointsAtEveryPlaceOfABlock) {
+TEST_P(ProjectionScan, OddPointsAtEveryPlaceOfABlock) {
   const std::vector<GeoCoordinateZ> odd = {
       {kNaN, 48.1, 0.0f},      {11.5, kNaN, 0.0f},  {kInfinity, 48.1, 0.0f}, {11.5, -kInfinity, 0.0f},
       {11.5, 90.5, 0.0f},      {12.1, 48.1, 0.0f},  {11.5, 48.7, 0.0f},      {371.5, 48.1, 0.0f},
@@ -320,7 +335,7 @@ TEST(ProjectionScan, OddPointsAtEveryPlaceOfABlock) {
 
 // An invalid latitude at the start of a block must not hide that the rest of it lies out of reach of the bounds, which
 // err there: on the way from 80 degrees to the equator a degree of latitude shrinks.
-TEST(ProjectionScan, AnInvalidPointDoesNotHideThatTheOthersAreOutOfReach) {
+TEST_P(ProjectionScan, AnInvalidPointDoesNotHideThatTheOthersAreOutOfReach) {
   for (std::size_t place = 0; place < 30; ++place) {
     LineZ line;
     for (std::size_t i = 0; i < 30; ++i) {
@@ -336,7 +351,7 @@ TEST(ProjectionScan, AnInvalidPointDoesNotHideThatTheOthersAreOutOfReach) {
 
 // A ring, passed several times, is equally far from its middle everywhere but for roundings: bounds rule out next to
 // nothing, and the first of the equal segments must win.
-TEST(ProjectionScan, RingsAboutThePosition) {
+TEST_P(ProjectionScan, RingsAboutThePosition) {
   Numbers numbers(53034);
   for (int run = 0; run < 3000; ++run) {
     GeoCoordinateZ centre = AnyPlace(numbers);
@@ -362,8 +377,26 @@ TEST(ProjectionScan, RingsAboutThePosition) {
   }
 }
 
+// The segment with the position in its middle has just the squared length from which on one is projected, 1e-13.
+TEST_P(ProjectionScan, SegmentOfTheShortestLengthAtEveryPlace) {
+  constexpr double kEast = 2.6948674738744655e-07;
+  constexpr double kNorth = 1.6545964155205515e-07;
+  ASSERT_EQ(kEast * kEast + kNorth * kNorth, 1e-13);
+  const GeoCoordinateZ pos(0.5 * kEast, 0.5 * kNorth, 0.0f);
+  for (int place = 0; place < 12; ++place) {
+    LineZ line;
+    for (int i = place; i > 0; --i) line.push_back({-1e-4 * i, 0.0, 0.0f});
+    line.push_back({0.0, 0.0, 0.0f});
+    line.push_back({kEast, kNorth, 0.0f});
+    for (int i = place; i < 12; ++i) line.push_back({1e-4 * (i + 1), 0.0, 0.0f});
+    for (const int far : {2, kIntMax}) {
+      ASSERT_TRUE(IsAsThePlainScans(line, {pos, 0, 0.0, 20.0, far, 45.0, 400.0})) << place;
+    }
+  }
+}
+
 // Headings a hair beside the border of the tolerance, and beside north.
-TEST(ProjectionScan, HeadingsAtTheTolerance) {
+TEST_P(ProjectionScan, HeadingsAtTheTolerance) {
   Numbers numbers(53033);
   for (int run = 0; run < 60000; ++run) {
     const double latitude = numbers.Between(-89.0, 89.0);

@@ -7,6 +7,7 @@
 
 #include "map_utils/internal/polygon.h"
 #include "map_utils/internal/segment_lengths.h"
+#include "map_utils/internal/segment_projection.h"
 
 namespace peers {
 
@@ -23,11 +24,13 @@ inline std::vector<VectorPath> VectorPaths() {
   std::vector<VectorPath> paths = {{"vorel", [] {
                                       ForceSegmentKernel(nullptr);
                                       ForceLocateInPolygon(nullptr);
+                                      ForceMeasureSegments(nullptr);
                                     }}};
   if (FindSegmentKernel(4) != nullptr) {
     paths.push_back({"vorel, SSE2", [] {
                        ForceSegmentKernel(FindSegmentKernel(2));
                        ForceLocateInPolygon(FindLocateInPolygon(2));
+                       ForceMeasureSegments(FindMeasureSegments(2));
                      }});
   }
   return paths;

@@ -7,7 +7,6 @@
 #include <limits>
 
 #include "base/geodesy/distance.h"
-#include "base/geodesy/wgs84.h"
 #include "map_utils/internal/distance_bounds.h"
 #include "map_utils/internal/interpolation.h"
 #include "map_utils/internal/nearest_search.h"
@@ -17,71 +16,22 @@ namespace vorel {
 
 using tarvo::GeoCoordinate;
 using tarvo::GeoCoordinateZ;
-using tarvo::geodesy::kPi;
 
 namespace {
 
-using internal::Answer;
 using internal::Best;
 using internal::Box;
-using internal::DistanceToSegment;
-using internal::IsTooShort;
 using internal::LongitudeScale;
 using internal::Offset;
 using internal::Projection;
 using internal::ProjectOntoSegment;
+using internal::Scan;
+using internal::ScanRules;
 using internal::Surroundings;
 
 bool IsNoPosition(const GeoCoordinate& pos) {
   return pos.longitude == 0.0 && pos.latitude == 0.0;
 }
-
-/// Whether the line runs, from its point `index` on, on `heading`. Its direction there is measured over more than half
-/// a metre, for shorter steps of a digitised line point anywhere; a line that ends before that matches itself.
-bool HeadingMatches(const std::vector<GeoCoordinateZ>& line, std::size_t index, double heading,
-                    double headingTolerance) {
-  double segmentHeading = heading;
-  for (std::size_t k = index + 1; k < line.size(); ++k) {
-    if (tarvo::geodesy::Distance(line[index], line[k]) > internal::kShortestHeadingBase) {
-      segmentHeading = tarvo::kx::GeoUtils::GetRadianNorth(line[index], line[k]) / kPi * 180.0;
-      break;
-    }
-  }
-  const double difference = std::fabs(segmentHeading - heading);
-  return headingTolerance > difference || difference > 360.0 - headingTolerance;
-}
-
-/// What tells `ProjectionPosToLinesDistance` from the scan with headings.
-struct NearestSegment {
-  static constexpr double kNothingFound =
-      999988.0;  // metres; deliberate: a maxDistance beyond it reports success
-  static constexpr double kShortestSegment = 0.01;  // metres
-  static constexpr bool kRecordsFirstSegment = false;
-
-  /// Whether a segment that is nearer than the best may replace it.
-  bool IsEligible(const Surroundings&, std::size_t /*index*/, const Offset&, const Offset&) const {
-    return true;
-  }
-};
-
-struct NearestSegmentOnHeading {
-  static constexpr double kNothingFound = static_cast<double>(std::numeric_limits<float>::max());
-  static constexpr double kShortestSegment = 0.0;  // deliberate: short segments are not skipped here
-  static constexpr bool kRecordsFirstSegment = true;
-
-  const std::vector<GeoCoordinateZ>& line;
-  double heading;           // degrees
-  double headingTolerance;  // degrees
-
-  bool IsEligible(const Surroundings& surroundings, std::size_t index, const Offset& start,
-                  const Offset& end) const {
-    if (start.isInReach && end.isInReach) {
-      const Answer answer = surroundings.MatchesHeading(heading, headingTolerance, start, end);
-      if (answer != Answer::kUnknown) return answer == Answer::kYes;
-    }
-    return HeadingMatches(line, index, heading, headingTolerance);
-  }
-};
 
 /// Both scans. Their rules, plainly: segment by segment, skip a short one, project, measure, accept, become the best, or
 /// count as far; at the end report the best. Most segments are spared the projection and both distances:
@@ -96,31 +46,36 @@ struct NearestSegmentOnHeading {
 ///
 /// "Surely" is LocalDistanceBounds' word: it compares as the measured distance would. Segments that it does not reach,
 /// all invalid ones among them, take the plain way.
-template <class Rules>
-bool ScanSegments(const Rules& rules, const GeoCoordinateZ& pos, const std::vector<GeoCoordinateZ>& line,
+bool ScanSegments(const ScanRules& rules, const GeoCoordinateZ& pos, const std::vector<GeoCoordinateZ>& line,
                   int& startIndex, int& resultIndex, double& ratio, double acceptDistance, double maxDistance,
                   int maxFarSegments) {
   using Bounds = internal::LocalDistanceBounds;
-  using Search = internal::NearestSearch<Rules>;
+  using Search = internal::NearestSearch;
   if (IsNoPosition(pos) || line.empty()) return false;
-  Best best{startIndex, 0.0, Rules::kNothingFound};
+  Best best{startIndex, 0.0, rules.nothingFound};
   const std::size_t segmentCount = line.size() - 1;
   // A negative start becomes a huge index: nothing is scanned.
   const std::size_t first = static_cast<std::size_t>(startIndex);
   if (first < segmentCount) {
-    const double scale = LongitudeScale(pos);
-    const Surroundings surroundings(pos, scale);
+    const Scan scan(rules, line, pos);
+    const Surroundings& surroundings = scan.surroundings;
     const bool canFarSegmentsEndScan =
         maxFarSegments < 0 || static_cast<std::size_t>(maxFarSegments) < segmentCount - first;
+    const auto acceptBest = [&] {
+      startIndex = best.index;
+      resultIndex = best.index;
+      ratio = best.ratio;
+      return true;
+    };
+    std::size_t next = first;
+    if (rules.goesByHeading) {
+      // Deliberate: the first segment scanned with headings is not asked for its own.
+      best = scan.Measure(first);
+      if (acceptDistance > best.distance && scan.IsBeside(first)) return acceptBest();
+      ++next;
+    }
     if (!canFarSegmentsEndScan && !(acceptDistance > 0.0)) {
-      std::size_t next = first;
-      if (Rules::kRecordsFirstSegment) {
-        const double clampedRatio =
-            internal::ClampRatio(ProjectOntoSegment(line[first], line[first + 1], pos, scale).ratio);
-        best = {startIndex, clampedRatio, DistanceToSegment(line[first], line[first + 1], clampedRatio, pos)};
-        ++next;
-      }
-      Search search(rules, surroundings, pos, scale, line, next, best);
+      Search search(scan, next, best);
       search.SearchAll();
       best = search.best();
     } else {
@@ -129,24 +84,30 @@ bool ScanSegments(const Rules& rules, const GeoCoordinateZ& pos, const std::vect
       if (putOffBeyond < accept) putOffBeyond = accept;
       const double putOffBeyondSquared = Bounds::SquareToExceed(putOffBeyond);
       const double inRangeSquared = Bounds::SquareToStayBelow(maxDistance);
-      double notBestBeyondSquared = Bounds::SquareToExceed(best.distance);
+      const auto squareBeyondBest = [&] {
+        return Bounds::SquareToExceed(best.distance < accept ? accept : best.distance);
+      };
+      double notBestBeyondSquared = squareBeyondBest();
 
       double leastPutOffSquared = std::numeric_limits<double>::infinity();
-      std::size_t leastPutOff = first;
+      std::size_t leastPutOff = next;
       const auto putOff = [&](std::size_t i, double lowerSquared) {
         if (lowerSquared < leastPutOffSquared) {
           leastPutOffSquared = lowerSquared;
           leastPutOff = i;
         }
       };
+      // Measured already, a few more than the walk has come to; such segments need no bounds.
+      double ratios[Scan::kMeasuredAtOnce];
+      double distances[Scan::kMeasuredAtOnce];
+      std::size_t measuredBegin = next;
+      std::size_t measuredEnd = next;
       int farCount = 0;
       // A short line is sooner walked than looked at by blocks.
-      std::size_t nextBlock = segmentCount - first > 2 * Search::kBlock
-                                  ? first + (Rules::kRecordsFirstSegment ? 1 : 0)
-                                  : segmentCount;
-      Offset start = surroundings.OffsetOf(line[first]);
+      std::size_t nextBlock = segmentCount - next > 2 * Search::kBlock ? next : segmentCount;
+      Offset start = surroundings.OffsetOf(line[next]);
       Offset end = start;
-      for (std::size_t i = first; i < segmentCount; ++i, start = end) {
+      for (std::size_t i = next; i < segmentCount; ++i, start = end) {
         const bool mayCountAsFar = canFarSegmentsEndScan && maxDistance > best.distance;
         if (i == nextBlock) {
           while (!mayCountAsFar && i + Search::kBlock <= segmentCount) {
@@ -160,12 +121,12 @@ bool ScanSegments(const Rules& rules, const GeoCoordinateZ& pos, const std::vect
           nextBlock = i + Search::kBlock;
         }
         end = surroundings.OffsetOf(line[i + 1]);
-        if (start.isInReach & end.isInReach && !(Rules::kRecordsFirstSegment && i == first)) {
+        if (i >= measuredEnd && start.isInReach & end.isInReach) {
           const double lowerSquared = surroundings.LowerSquared(start, end);
           if (lowerSquared > putOffBeyondSquared) {
             if (!mayCountAsFar) {
               putOff(i, lowerSquared);
-            } else if (!IsTooShort<Rules>(surroundings, line[i], line[i + 1], start, end)) {
+            } else if (!scan.IsTooShort(i, start, end)) {
               if (farCount >= maxFarSegments) break;
               ++farCount;
             }
@@ -176,24 +137,21 @@ bool ScanSegments(const Rules& rules, const GeoCoordinateZ& pos, const std::vect
             continue;
           }
         }
-        if (IsTooShort<Rules>(surroundings, line[i], line[i + 1], start, end)) continue;
-        const Projection projection = ProjectOntoSegment(line[i], line[i + 1], pos, scale);
-        const double clampedRatio = internal::ClampRatio(projection.ratio);
-        const double distance = DistanceToSegment(line[i], line[i + 1], clampedRatio, pos);
-        // Deliberate: an early accept does not ask for the heading.
-        if (projection.code == 0 && acceptDistance > distance) {
-          startIndex = static_cast<int>(i);
-          resultIndex = static_cast<int>(i);
-          ratio = clampedRatio;
-          return true;
+        if (scan.IsTooShort(i, start, end)) continue;
+        if (i >= measuredEnd) {
+          measuredBegin = i;
+          measuredEnd = i + scan.MeasureSome(i, ratios, distances);
         }
-        // Deliberate: the first segment scanned with headings is not asked for its own.
-        const bool isNewBest = (Rules::kRecordsFirstSegment && best.distance == Rules::kNothingFound) ||
-                               (best.distance > distance && rules.IsEligible(surroundings, i, start, end));
-        if (isNewBest) {
-          best = {static_cast<int>(i), clampedRatio, distance};
-          notBestBeyondSquared = Bounds::SquareToExceed(distance < accept ? accept : distance);
-        } else if (maxDistance > best.distance && distance > maxDistance) {
+        const Best found = {static_cast<int>(i), ratios[i - measuredBegin], distances[i - measuredBegin]};
+        // Deliberate: an early accept does not ask for the heading.
+        if (acceptDistance > found.distance && scan.IsBeside(i)) {
+          best = found;
+          return acceptBest();
+        }
+        if (best.distance > found.distance && scan.IsEligible(i, start, end)) {
+          best = found;
+          notBestBeyondSquared = squareBeyondBest();
+        } else if (maxDistance > best.distance && found.distance > maxDistance) {
           if (farCount >= maxFarSegments) break;
           ++farCount;
         }
@@ -201,7 +159,7 @@ bool ScanSegments(const Rules& rules, const GeoCoordinateZ& pos, const std::vect
 
       const bool isAnyPutOff = leastPutOffSquared < std::numeric_limits<double>::infinity();
       if (isAnyPutOff && best.distance > putOffBeyond) {
-        Search search(rules, surroundings, pos, scale, line, first, best);
+        Search search(scan, next, best);
         // What was measured already is considered once more, and changes nothing.
         search.SearchBeyond(-1.0, leastPutOff);
         best = search.best();
@@ -274,24 +232,28 @@ bool VorelGeometryAlgorithm::ProjectionPosToLinesDistance(const GeoCoordinateZ& 
                                                           int& startIndex, int& resultIndex, double& ratio,
                                                           double acceptDistance, double maxDistance,
                                                           int maxFarSegments) {
-  return ScanSegments(NearestSegment{}, pos, line, startIndex, resultIndex, ratio, acceptDistance,
-                      maxDistance, maxFarSegments);
+  // Deliberate: a maxDistance beyond the distance of nothing found reports success.
+  constexpr ScanRules kRules{999988.0, 0.01, false, 0.0, 0.0};
+  return ScanSegments(kRules, pos, line, startIndex, resultIndex, ratio, acceptDistance, maxDistance,
+                      maxFarSegments);
 }
 
 bool VorelGeometryAlgorithm::ProjectionPosToLinesDistanceOrientation(
     const GeoCoordinateZ& pos, double heading, const std::vector<GeoCoordinateZ>& line, int& startIndex,
     int& resultIndex, double& ratio, double acceptDistance, double maxDistance, double headingTolerance,
     int maxFarSegments) {
-  return ScanSegments(NearestSegmentOnHeading{line, heading, headingTolerance}, pos, line, startIndex,
+  constexpr double kNothingFound = static_cast<double>(std::numeric_limits<float>::max());
+  // Deliberate: short segments are not skipped here.
+  return ScanSegments({kNothingFound, 0.0, true, heading, headingTolerance}, pos, line, startIndex,
                       resultIndex, ratio, acceptDistance, maxDistance, maxFarSegments);
 }
 
 int VorelGeometryAlgorithm::PosInAB(const GeoCoordinateZ& pos, const GeoCoordinateZ& a,
                                     const GeoCoordinateZ& b, double& ratio) {
   constexpr double kLongestDetour = 0.1;  // metres
-  const double metresToA = tarvo::geodesy::Distance(pos, a);
-  const double metresToB = tarvo::geodesy::Distance(pos, b);
-  const double length = tarvo::geodesy::Distance(b, a);
+  const double metresToA = internal::MetresBetween(pos, a);
+  const double metresToB = internal::MetresBetween(pos, b);
+  const double length = internal::MetresBetween(b, a);
   if (std::fabs(metresToA + metresToB - length) <= kLongestDetour) {
     ratio = internal::ClampRatio(length == 0.0 ? 0.0 : metresToA / length);
     return 0;

@@ -18,6 +18,7 @@
 #include "drop_in/digest.h"
 #include "map_utils/internal/polygon.h"
 #include "map_utils/internal/segment_lengths.h"
+#include "map_utils/internal/segment_projection.h"
 #include "map_utils/vorel_geometry_algorithm.h"
 #include "support/lines.h"
 
@@ -476,8 +477,9 @@ bool ForceLanes(unsigned long count) {
   const auto* kernel = vorel::internal::FindSegmentKernel(count);
   if (kernel == nullptr) return false;
   vorel::internal::ForceSegmentKernel(kernel);
-  // Polygons have no form with one edge at a time: the widest one stays.
+  // Polygons and projections have no form with one at a time: the widest one stays.
   vorel::internal::ForceLocateInPolygon(vorel::internal::FindLocateInPolygon(count));
+  vorel::internal::ForceMeasureSegments(vorel::internal::FindMeasureSegments(count));
   return true;
 }
 

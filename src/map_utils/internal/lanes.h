@@ -73,8 +73,11 @@ struct TwoLanes {
 
   VOREL_LANES_INLINE Doubles All(double value) { return Doubles{value, value}; }
 
-  /// Which point of a `Load` stands in each lane, counted from 0.
-  VOREL_LANES_INLINE Doubles PointsOfLanes() { return Doubles{0.0, 1.0}; }
+  /// All bits set in the lanes of a `Load` that hold its point `first`, counted from 0, or one after it.
+  VOREL_LANES_INLINE Flags PointsFrom(std::size_t first) {
+    static constexpr Flags kFlags[] = {{-1, -1}, {0, -1}};
+    return kFlags[first];
+  }
 
   /// Without the sign, also of NaN.
   VOREL_LANES_INLINE Doubles Size(Doubles value) {
@@ -140,6 +143,12 @@ struct TwoLanes {
     Split(LoadPoint(*points[0]), LoadPoint(*points[1]), longitudes, latitudes);
   }
 
+  /// The coordinates of points in a row, each in the lane of its place.
+  VOREL_LANES_INLINE void LoadInOrder(const tarvo::GeoCoordinateZ* points, Doubles& longitudes,
+                                      Doubles& latitudes) {
+    Split(LoadPoint(points[0]), LoadPoint(points[1]), longitudes, latitudes);
+  }
+
   /// The latitudes of two points in a row.
   VOREL_LANES_INLINE Doubles LoadLatitudes(const tarvo::GeoCoordinate* points) {
     return Doubles{points[0].latitude, points[1].latitude};
@@ -193,7 +202,10 @@ struct FourLanes {
 
   VOREL_LANES_INLINE Doubles All(double value) { return Doubles{value, value, value, value}; }
 
-  VOREL_LANES_INLINE Doubles PointsOfLanes() { return Doubles{0.0, 2.0, 1.0, 3.0}; }
+  VOREL_LANES_INLINE Flags PointsFrom(std::size_t first) {
+    static constexpr Flags kFlags[] = {{-1, -1, -1, -1}, {0, -1, -1, -1}, {0, -1, 0, -1}, {0, 0, 0, -1}};
+    return kFlags[first];
+  }
   VOREL_LANES_INLINE Doubles Size(Doubles value) {
     return reinterpret_cast<Doubles>(reinterpret_cast<Flags>(value) & 0x7fffffffffffffff);
   }
@@ -218,6 +230,11 @@ struct FourLanes {
   VOREL_LANES_INLINE void Gather(const tarvo::GeoCoordinate* const* points, Doubles& longitudes,
                                  Doubles& latitudes) {
     Split(Pair(*points[0], *points[1]), Pair(*points[2], *points[3]), longitudes, latitudes);
+  }
+
+  VOREL_LANES_INLINE void LoadInOrder(const tarvo::GeoCoordinateZ* points, Doubles& longitudes,
+                                      Doubles& latitudes) {
+    Split(Pair(points[0], points[2]), Pair(points[1], points[3]), longitudes, latitudes);
   }
 
   VOREL_LANES_INLINE Doubles LoadLatitudes(const tarvo::GeoCoordinate* points) {

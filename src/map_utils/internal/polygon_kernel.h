@@ -98,9 +98,7 @@ class PolygonKernel {
     Doubles aX, aY, bX, bY;
     Lanes::Load(start, aX, aY);
     Lanes::Gather(next, bX, bY);
-    const int testedCount = static_cast<int>(first + Lanes::kCount - vertexCount);
-    const Flags isNew = Lanes::Less(Lanes::All(testedCount - 0.5), Lanes::PointsOfLanes());
-    Test(aX, aY, bX, bY, Spans(aY, bY) & isNew);
+    Test(aX, aY, bX, bY, Spans(aY, bY) & Lanes::PointsFrom(first + Lanes::kCount - vertexCount));
   }
 
   /// A polygon of fewer edges than lanes; those left over get vertex 0 as an edge without length.

@@ -6,7 +6,6 @@
 
 #include <cmath>
 #include <cstddef>
-#include <limits>
 
 #include "base/geo_coordinate.h"
 #include "base/geodesy/distance.h"
@@ -14,6 +13,7 @@
 #include "map_utils/internal/distance_bounds.h"
 #include "map_utils/internal/lanes.h"
 #include "map_utils/internal/near_bearing.h"
+#include "map_utils/internal/segment_projection.h"
 
 namespace vorel {
 namespace internal {
@@ -31,8 +31,6 @@ inline double LongitudeScale(const tarvo::GeoCoordinate& pos) {
   return std::cos(pos.latitude / 180.0 * tarvo::geodesy::kPi);
 }
 
-constexpr double kShortestSquaredLength = 1e-13;  // square degrees; a length of some 3 cm
-
 /// `scale` is LongitudeScale(pos), passed in so that a walk along a line computes it once.
 inline Projection ProjectOntoSegment(const tarvo::GeoCoordinate& start, const tarvo::GeoCoordinate& end,
                                      const tarvo::GeoCoordinate& pos, double scale) {
@@ -44,6 +42,12 @@ inline Projection ProjectOntoSegment(const tarvo::GeoCoordinate& start, const ta
                         (pos.latitude - start.latitude) * alongLatitude) /
                        squaredLength;
   return {ratio < 0.0 ? -1 : (ratio > 1.0 ? 1 : 0), ratio, false};
+}
+
+/// `Distance` where it is rarely called, or for long: its code stands here once for all of these.
+__attribute__((noinline)) inline double MetresBetween(const tarvo::GeoCoordinate& a,
+                                                      const tarvo::GeoCoordinate& b) {
+  return tarvo::geodesy::Distance(a, b);
 }
 
 /// Metres from `pos` to the point at the clamped `ratio` of a segment.
@@ -128,50 +132,6 @@ class Surroundings {
     return {true, reach, bounds_.LowerSquared(least[1], least[0], reach)};
   }
 
-  /// Of each of `segmentCount` segments whose box is in reach: the clamped ratio of the position's projection, and a lower
-  /// bound of the distance to the point there, which is tight. Two segments at a time, by the expressions of
-  /// ProjectOntoSegment and DistanceToSegment: the ratios have their bits.
-  /// @param segmentCount           at least 1
-  /// @param ratios, lowersSquared  with room for an even number
-  /// @return the least of the bounds
-  double ProjectOntoSegments(const tarvo::GeoCoordinateZ* vertices, std::size_t segmentCount, double reach,
-                             double* ratios, double* lowersSquared) const {
-    const double perLatitude = bounds_.LeastPerSquaredLatitude();
-    const double perLongitude = bounds_.LeastPerSquaredLongitude(reach);
-    TwoDoubles leastSquared = TwoLanes::All(std::numeric_limits<double>::infinity());
-    std::size_t k = 0;
-    do {
-      // The last one twice where their number is odd.
-      const std::size_t second = k + 1 < segmentCount ? k + 1 : k;
-      const tarvo::GeoCoordinate* const starts[] = {&vertices[k], &vertices[second]};
-      const tarvo::GeoCoordinate* const ends[] = {&vertices[k + 1], &vertices[second + 1]};
-      TwoDoubles startLongitude, startLatitude, endLongitude, endLatitude;
-      TwoLanes::Gather(starts, startLongitude, startLatitude);
-      TwoLanes::Gather(ends, endLongitude, endLatitude);
-      const TwoDoubles longitudes = endLongitude - startLongitude;
-      const TwoDoubles alongLongitude = longitudes * cosLatitude_;
-      const TwoDoubles alongLatitude = endLatitude - startLatitude;
-      const TwoDoubles squaredLength = alongLongitude * alongLongitude + alongLatitude * alongLatitude;
-      const TwoDoubles anyRatio = (alongLongitude * (cosLatitude_ * (pos_.longitude - startLongitude)) +
-                                   (pos_.latitude - startLatitude) * alongLatitude) /
-                                  squaredLength;
-      const auto isDegenerate = TwoLanes::Less(squaredLength, TwoLanes::All(kShortestSquaredLength));
-      const TwoDoubles ratio =
-          reinterpret_cast<TwoDoubles>(reinterpret_cast<TwoFlags>(anyRatio) & ~isDegenerate);
-      const TwoDoubles clampedRatio =
-          TwoLanes::Smaller(TwoLanes::All(1.0), TwoLanes::Larger(TwoLanes::All(0.0), ratio));
-      const TwoDoubles toLongitude = startLongitude + clampedRatio * longitudes - pos_.longitude;
-      const TwoDoubles toLatitude = startLatitude + clampedRatio * alongLatitude - pos_.latitude;
-      const TwoDoubles lowerSquared =
-          perLatitude * (toLatitude * toLatitude) + perLongitude * (toLongitude * toLongitude);
-      __builtin_memcpy(ratios + k, &clampedRatio, sizeof clampedRatio);
-      __builtin_memcpy(lowersSquared + k, &lowerSquared, sizeof lowerSquared);
-      leastSquared = TwoLanes::Smaller(lowerSquared, leastSquared);
-      k += 2;
-    } while (k < segmentCount);
-    return Smaller(leastSquared[0], leastSquared[1]);
-  }
-
   /// Whether the segment is shorter than `metres`: what its `Distance` says, which is rarely asked.
   bool IsShorterThan(double metres, const tarvo::GeoCoordinate& start, const tarvo::GeoCoordinate& end,
                      const Offset& startOffset, const Offset& endOffset) const {
@@ -179,7 +139,7 @@ class Surroundings {
                                 bounds_.LowerSquared(endOffset.latitude - startOffset.latitude,
                                                      endOffset.longitude - startOffset.longitude) >
                                     LocalDistanceBounds::SquareToExceed(metres);
-    return !isSurelyLonger && tarvo::geodesy::Distance(start, end) < metres;
+    return !isSurelyLonger && MetresBetween(start, end) < metres;
   }
 
   /// What HeadingMatches says of a segment in reach, where a cheap bearing of that segment tells for sure.
