@@ -80,7 +80,7 @@ TEST(Concurrency, TheFirstCallsMayCoincide) {
     corner.latitude += i % 2 == 0 ? 1e-4 : -1e-4;
   }
   const tarvo::GeoCoordinate inside(7.5005, 47.50005);
-  testsupport::LineZ lineZ;
+  vorel::test::LineZ lineZ;
   for (const tarvo::GeoCoordinate& point : line) lineZ.emplace_back(point.longitude, point.latitude, 0.0f);
   for (int round = 0; round < 100; ++round) {
     // From the second round on: the state of a program that has called nothing yet.
