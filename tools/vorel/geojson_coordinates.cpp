@@ -173,7 +173,7 @@ bool AppendPositions(const Geometry& geometry, std::vector<tarvo::GeoCoordinateZ
   std::vector<tarvo::GeoCoordinateZ> positions;  // of its own, so that messages count from 0
   const std::string path = "coordinates";
   if (geometry.type == GeometryType::kPoint) {
-    const auto place = [&] { return path; };
+    const auto place = [&]() -> const std::string& { return path; };
     const Position position = CheckedPosition(geometry.coordinates, geometry.place, place);
     positions.push_back(WithHeight(position, geometry.place, place));
   } else if (geometry.type == GeometryType::kMultiPoint) {

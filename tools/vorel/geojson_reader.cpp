@@ -57,8 +57,10 @@ array RequireArray(const object& value, const char* key, const Place& place) {
   return result;
 }
 
+// Collections hold geometries, and so other collections: as deep as the parser lets them nest.
 void VisitGeometry(const element& value, const Place& place, const GeometryConsumer& consumer);
 
+// NOLINTNEXTLINE(misc-no-recursion)
 void VisitTypedGeometry(const object& value, std::string_view typeName, const Place& place,
                         const GeometryConsumer& consumer) {
   if (typeName == "GeometryCollection") {
@@ -80,6 +82,7 @@ void VisitTypedGeometry(const object& value, std::string_view typeName, const Pl
   consumer({known->second, coordinates, place});
 }
 
+// NOLINTNEXTLINE(misc-no-recursion)
 void VisitGeometry(const element& value, const Place& place, const GeometryConsumer& consumer) {
   object geometry;
   if (value.get(geometry) != simdjson::SUCCESS)

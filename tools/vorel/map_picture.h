@@ -112,8 +112,8 @@ class MapPicture {
   std::string RingsPathText(const std::vector<std::vector<tarvo::GeoCoordinate>>& rings) const;
   void AddPath(Spool& layer, const char* elementClass, const std::string& path, const Attributes& attributes);
   Pixel PixelInReach(const tarvo::GeoCoordinate& position) const;
-  void AppendFrame(pugi::xml_node svg) const;
-  void AppendScaleBar(pugi::xml_node svg) const;
+  void AppendFrame(pugi::xml_node map) const;
+  void AppendScaleBar(pugi::xml_node footer) const;
 
   MapProjection projection_;
   MapLegend legend_;
