@@ -12,13 +12,13 @@
 
 namespace {
 
-using testsupport::Line;
-using testsupport::LineZ;
+using vorel::test::Line;
+using vorel::test::LineZ;
 using Algorithm = vorel::VorelGeometryAlgorithm;
 
 LineZ Road(const benchmark::State& state) {
   std::mt19937 generator(41001);
-  return testsupport::RandomLineZ(generator, static_cast<int>(state.range(0)));
+  return vorel::test::RandomLineZ(generator, static_cast<int>(state.range(0)));
 }
 
 LineZ FarRoad(const benchmark::State& state) {
@@ -46,12 +46,12 @@ void MeasureWhole(benchmark::State& state, const Line& line) {
 }
 
 void BM_GetDistance(benchmark::State& state) {
-  MeasureWhole(state, testsupport::WithoutHeight(Road(state)));
+  MeasureWhole(state, vorel::test::WithoutHeight(Road(state)));
 }
 BENCHMARK(BM_GetDistance)->Arg(100)->Arg(10000);
 
 void BM_GetDistanceFar(benchmark::State& state) {
-  MeasureWhole(state, testsupport::WithoutHeight(FarRoad(state)));
+  MeasureWhole(state, vorel::test::WithoutHeight(FarRoad(state)));
 }
 BENCHMARK(BM_GetDistanceFar)->Arg(100)->Arg(10000);
 
@@ -63,7 +63,7 @@ void BM_GetDistanceByVector(benchmark::State& state) {
 BENCHMARK(BM_GetDistanceByVector)->Arg(100)->Arg(10000);
 
 void BM_GetDistanceAndCache(benchmark::State& state) {
-  const Line line = testsupport::WithoutHeight(Road(state));
+  const Line line = vorel::test::WithoutHeight(Road(state));
   std::vector<double> cache;
   for (auto _ : state) {
     cache.clear();  // keeps its capacity, as callers do
@@ -77,7 +77,7 @@ BENCHMARK(BM_GetDistanceAndCache)->Arg(100)->Arg(10000);
 
 /// The copy that the signature asks for is most of the cost.
 void BM_FindFirstSmallerIndex(benchmark::State& state) {
-  const std::vector<double> table = Table(testsupport::WithoutHeight(Road(state)));
+  const std::vector<double> table = Table(vorel::test::WithoutHeight(Road(state)));
   std::size_t k = 0;
   for (auto _ : state) {
     k = (k + 7919) % table.size();
@@ -95,7 +95,7 @@ void BM_DistancePointAAndPointBOnLine(benchmark::State& state) {
 BENCHMARK(BM_DistancePointAAndPointBOnLine)->Arg(100)->Arg(10000);
 
 void BM_DistancePointAAndPointBByTable(benchmark::State& state) {
-  const std::vector<double> table = Table(testsupport::WithoutHeight(Road(state)));
+  const std::vector<double> table = Table(vorel::test::WithoutHeight(Road(state)));
   const int last = static_cast<int>(table.size()) - 1;
   for (auto _ : state) benchmark::DoNotOptimize(Algorithm::DistancePointAAndPointB(table, 0, 2.0, last, 3.0));
 }
@@ -110,7 +110,7 @@ void BM_DistanceAToBackB(benchmark::State& state) {
 BENCHMARK(BM_DistanceAToBackB)->Arg(100)->Arg(10000);
 
 void BM_DistanceOfA2BInRoute(benchmark::State& state) {
-  const Line line = testsupport::WithoutHeight(Road(state));
+  const Line line = vorel::test::WithoutHeight(Road(state));
   const std::vector<double> table = Table(line);
   const int last = static_cast<int>(line.size()) - 1;
   for (auto _ : state) {

@@ -13,12 +13,12 @@
 namespace {
 
 using tarvo::RoutePos;
-using testsupport::Line;
+using vorel::test::Line;
 using Algorithm = vorel::VorelGeometryAlgorithm;
 
 Line Road(const benchmark::State& state) {
   std::mt19937 generator(42001);
-  return testsupport::RandomLine(generator, static_cast<int>(state.range(0)));
+  return vorel::test::RandomLine(generator, static_cast<int>(state.range(0)));
 }
 
 std::vector<double> Table(const Line& line) {
@@ -82,7 +82,7 @@ BENCHMARK(BM_ChainTooShort)->Arg(100)->Arg(10000);
 void SpreadCandidates(benchmark::State& state, unsigned count) {
   std::mt19937 generator(42002);
   std::vector<Line> lines(10);
-  for (Line& line : lines) line = testsupport::RandomLine(generator, static_cast<int>(state.range(0)) / 10);
+  for (Line& line : lines) line = vorel::test::RandomLine(generator, static_cast<int>(state.range(0)) / 10);
   Line out;
   for (auto _ : state) {
     benchmark::DoNotOptimize(Algorithm::CalculateCandidatePoints(lines, count, out));

@@ -12,14 +12,14 @@
 
 namespace {
 
-using testsupport::Line;
+using vorel::test::Line;
 using Algorithm = vorel::VorelGeometryAlgorithm;
 
 std::vector<Line> Route(const benchmark::State& state) {
   std::mt19937 generator(43001);
   std::vector<Line> route(10);
   for (Line& segment : route)
-    segment = testsupport::RandomLine(generator, static_cast<int>(state.range(0)) / 10);
+    segment = vorel::test::RandomLine(generator, static_cast<int>(state.range(0)) / 10);
   return route;
 }
 

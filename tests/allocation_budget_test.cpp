@@ -19,28 +19,28 @@
 namespace {
 
 using Algorithm = vorel::VorelGeometryAlgorithm;
-using testsupport::CallInputs;
-using testsupport::CallOutputs;
-using testsupport::LibraryCall;
-using testsupport::Line;
-using testsupport::LineZ;
+using vorel::test::CallInputs;
+using vorel::test::CallOutputs;
+using vorel::test::LibraryCall;
+using vorel::test::Line;
+using vorel::test::LineZ;
 
 class AllocationBudget : public testing::TestWithParam<LibraryCall> {
  protected:
   void SetUp() override {
-    if (!testsupport::CanCountAllocations()) GTEST_SKIP() << testsupport::kCannotCountAllocations;
+    if (!vorel::test::CanCountAllocations()) GTEST_SKIP() << vorel::test::kCannotCountAllocations;
   }
 };
 
 TEST_P(AllocationBudget, HoldsOnceTheOutputsHaveRoom) {
   const LibraryCall& call = GetParam();
   std::size_t most = 0;
-  for (const CallInputs& in : testsupport::ManyCallInputs()) {
+  for (const CallInputs& in : vorel::test::ManyCallInputs()) {
     CallOutputs out;
     call.run(in, out);
     const std::uint64_t digest = out.Digest();
     out.Clear();
-    const testsupport::AllocationCounter allocations;
+    const vorel::test::AllocationCounter allocations;
     call.run(in, out);
     most = std::max(most, allocations.Count());
     EXPECT_EQ(out.Digest(), digest);
@@ -50,9 +50,9 @@ TEST_P(AllocationBudget, HoldsOnceTheOutputsHaveRoom) {
 }
 
 std::vector<LibraryCall> CallsWithABudget() {
-  std::vector<LibraryCall> calls = testsupport::LibraryCalls();
+  std::vector<LibraryCall> calls = vorel::test::LibraryCalls();
   const auto isUnlimited = [](const LibraryCall& call) {
-    return call.mostAllocations == testsupport::kAnyNumberOfAllocations;
+    return call.mostAllocations == vorel::test::kAnyNumberOfAllocations;
   };
   calls.erase(std::remove_if(calls.begin(), calls.end(), isUnlimited), calls.end());
   return calls;
@@ -70,27 +70,27 @@ INSTANTIATE_TEST_SUITE_P(All, AllocationBudget, testing::ValuesIn(CallsWithABudg
 
 std::size_t CountAllocations(const CallInputs& in, CallOutputs& out,
                              void (*run)(const CallInputs&, CallOutputs&)) {
-  const testsupport::AllocationCounter allocations;
+  const vorel::test::AllocationCounter allocations;
   run(in, out);
   return allocations.Count();
 }
 
 CallInputs OnALongLine() {
   std::mt19937 generator(6004);
-  return CallInputs(testsupport::RandomLineZ(generator, 500), 6005);
+  return CallInputs(vorel::test::RandomLineZ(generator, 500), 6005);
 }
 
 // ---- By value -----------------------------------------------------------------------------------------------------
 
 // The copy that a by-value signature makes is all there is: a caller who gives the vector away saves it.
 TEST(AllocationBudgetByValue, GivingTheVectorAwaySavesTheCopy) {
-  if (!testsupport::CanCountAllocations()) GTEST_SKIP() << testsupport::kCannotCountAllocations;
+  if (!vorel::test::CanCountAllocations()) GTEST_SKIP() << vorel::test::kCannotCountAllocations;
   const CallInputs in = OnALongLine();
   Line line = in.line;
   std::vector<double> table = in.cumulative;
   std::vector<double> cache;
   cache.reserve(line.size());
-  const testsupport::AllocationCounter allocations;
+  const vorel::test::AllocationCounter allocations;
   Algorithm::GetDistanceAndCache(std::move(line), 0, 499, cache);
   Algorithm::FindFirstSmallerIndex(std::move(table), 100.0);
   EXPECT_EQ(allocations.Count(), 0u);
@@ -98,7 +98,7 @@ TEST(AllocationBudgetByValue, GivingTheVectorAwaySavesTheCopy) {
 }
 
 TEST(AllocationBudgetByValue, NoTriangleNoAllocation) {
-  const testsupport::AllocationCounter allocations;
+  const vorel::test::AllocationCounter allocations;
   EXPECT_TRUE(Algorithm::GetLength3OfTriangle(1.0, 100.0, 90.0).empty());
   EXPECT_EQ(allocations.Count(), 0u);
 }
@@ -107,7 +107,7 @@ TEST(AllocationBudgetByValue, NoTriangleNoAllocation) {
 
 // Functions that say how much room they reserve: into an empty output they allocate once.
 TEST(AllocationBudgetReservation, IsOne) {
-  if (!testsupport::CanCountAllocations()) GTEST_SKIP() << testsupport::kCannotCountAllocations;
+  if (!vorel::test::CanCountAllocations()) GTEST_SKIP() << vorel::test::kCannotCountAllocations;
   const CallInputs in = OnALongLine();
   const auto fresh = [&in](void (*run)(const CallInputs&, CallOutputs&)) {
     CallOutputs out;
@@ -146,12 +146,12 @@ TEST(AllocationBudgetReservation, OfADistanceTableIsATotal) {
 
 // Room for four more than there are, at once: not one by one.
 TEST(AllocationBudgetReservation, OfCornersIsFourMore) {
-  if (!testsupport::CanCountAllocations()) GTEST_SKIP() << testsupport::kCannotCountAllocations;
+  if (!vorel::test::CanCountAllocations()) GTEST_SKIP() << vorel::test::kCannotCountAllocations;
   const LineZ line = OnALongLine().lineZ;
   for (const std::size_t held : {std::size_t{1}, std::size_t{2}, std::size_t{10}}) {
     std::vector<tarvo::MapVector2d> corners(held);
     corners.shrink_to_fit();
-    const testsupport::AllocationCounter allocations;
+    const vorel::test::AllocationCounter allocations;
     ASSERT_TRUE(Algorithm::GetBound(line, 0, -1, corners));
     EXPECT_EQ(allocations.Count(), 1u) << held;
     EXPECT_EQ(corners.size(), held + 4);
@@ -160,10 +160,10 @@ TEST(AllocationBudgetReservation, OfCornersIsFourMore) {
 
 // Called again and again on one output it grows like any vector, not by four corners at a time.
 TEST(AllocationBudgetReservation, OfManyCornersIsNotOnePerCall) {
-  if (!testsupport::CanCountAllocations()) GTEST_SKIP() << testsupport::kCannotCountAllocations;
+  if (!vorel::test::CanCountAllocations()) GTEST_SKIP() << vorel::test::kCannotCountAllocations;
   const LineZ line = OnALongLine().lineZ;
   std::vector<tarvo::MapVector2d> corners;
-  const testsupport::AllocationCounter allocations;
+  const vorel::test::AllocationCounter allocations;
   for (int call = 0; call < 1000; ++call) ASSERT_TRUE(Algorithm::GetBound(line, 0, 1, corners));
   EXPECT_LE(allocations.Count(), 20u);
 }
@@ -171,11 +171,11 @@ TEST(AllocationBudgetReservation, OfManyCornersIsNotOnePerCall) {
 // ---- Working vectors ------------------------------------------------------------------------------------------------
 
 TEST(AllocationBudgetWork, OfCandidatePointsIsOneLengthPerLine) {
-  if (!testsupport::CanCountAllocations()) GTEST_SKIP() << testsupport::kCannotCountAllocations;
+  if (!vorel::test::CanCountAllocations()) GTEST_SKIP() << vorel::test::kCannotCountAllocations;
   std::vector<Line> lines(300, Line{{7.5, 47.5}, {7.51, 47.5}});
   Line out;
   ASSERT_TRUE(Algorithm::CalculateCandidatePoints(lines, 2000, out));
-  const testsupport::AllocationCounter allocations;
+  const vorel::test::AllocationCounter allocations;
   ASSERT_TRUE(Algorithm::CalculateCandidatePoints(lines, 2000, out));
   EXPECT_EQ(allocations.Count(), 1u) << "one vector, reserved for all lines";
 }
@@ -183,7 +183,7 @@ TEST(AllocationBudgetWork, OfCandidatePointsIsOneLengthPerLine) {
 // Each kind of arrow for itself: up to four working vectors, reserved once each. A guide line without bends, for each
 // bend adds points to it.
 TEST(AllocationBudgetWork, OfArrowsIsUpToFourVectors) {
-  if (!testsupport::CanCountAllocations()) GTEST_SKIP() << testsupport::kCannotCountAllocations;
+  if (!vorel::test::CanCountAllocations()) GTEST_SKIP() << vorel::test::kCannotCountAllocations;
   LineZ straight;
   for (int i = 0; i < 300; ++i) straight.emplace_back(7.5 + 1e-4 * i, 47.5, 1.0f);
   std::size_t most = 0;
@@ -192,7 +192,7 @@ TEST(AllocationBudgetWork, OfArrowsIsUpToFourVectors) {
     LineZ right;
     Algorithm::CalcBoundaryPoints(straight, 3.5f, vorel::ArrowType{type}, left, right);
     ASSERT_EQ(left.size(), straight.size());
-    const testsupport::AllocationCounter allocations;
+    const vorel::test::AllocationCounter allocations;
     Algorithm::CalcBoundaryPoints(straight, 3.5f, vorel::ArrowType{type}, left, right);
     most = std::max(most, allocations.Count());
   }
@@ -201,7 +201,7 @@ TEST(AllocationBudgetWork, OfArrowsIsUpToFourVectors) {
 
 // The two functions that are timed: beside what the points need, the name and the label of the timer.
 TEST(AllocationBudgetWork, OfTimersIsTwoStrings) {
-  if (!testsupport::CanCountAllocations()) GTEST_SKIP() << testsupport::kCannotCountAllocations;
+  if (!vorel::test::CanCountAllocations()) GTEST_SKIP() << vorel::test::kCannotCountAllocations;
   const CallInputs in = OnALongLine();
   CallOutputs out;
   EXPECT_EQ(CountAllocations(in, out,

@@ -16,10 +16,10 @@ namespace {
 
 using tarvo::GeoCoordinate;
 using tarvo::MapVector3d;
-using testsupport::kNaN;
-using testsupport::Numbers;
-using testsupport::Paste;
-using testsupport::SameBits;
+using vorel::test::kNaN;
+using vorel::test::Numbers;
+using vorel::test::Paste;
+using vorel::test::SameBits;
 using Algorithm = vorel::VorelGeometryAlgorithm;
 
 constexpr unsigned kSeed = 20261;

@@ -16,15 +16,15 @@ namespace {
 
 using tarvo::GeoCoordinate;
 using tarvo::MapVector3d;
-using testsupport::Bits;
-using testsupport::CaseName;
-using testsupport::kInfinity;
-using testsupport::kInfinityFloat;
-using testsupport::kNaN;
-using testsupport::kNaNFloat;
-using testsupport::Numbers;
-using testsupport::Paste;
-using testsupport::SameBits;
+using vorel::test::Bits;
+using vorel::test::CaseName;
+using vorel::test::kInfinity;
+using vorel::test::kInfinityFloat;
+using vorel::test::kNaN;
+using vorel::test::kNaNFloat;
+using vorel::test::Numbers;
+using vorel::test::Paste;
+using vorel::test::SameBits;
 using Algorithm = vorel::VorelGeometryAlgorithm;
 
 constexpr float kLargestFoldable = 8589934592.0f;  // 2^33 degrees

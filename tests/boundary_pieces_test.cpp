@@ -24,16 +24,16 @@ namespace {
 
 using tarvo::GeoCoordinateZ;
 using tarvo::HAD::BoundaryData;
-using testsupport::kInfinity;
-using testsupport::kNaN;
-using testsupport::kNaNFloat;
-using testsupport::LineZ;
-using testsupport::LocalMetres;
-using testsupport::NamedLineZ;
-using testsupport::OneOf;
-using testsupport::SameBits;
-using testsupport::Uniform;
 using vorel::VorelGeometryAlgorithm;
+using vorel::test::kInfinity;
+using vorel::test::kNaN;
+using vorel::test::kNaNFloat;
+using vorel::test::LineZ;
+using vorel::test::LocalMetres;
+using vorel::test::NamedLineZ;
+using vorel::test::OneOf;
+using vorel::test::SameBits;
+using vorel::test::Uniform;
 using Marks = std::vector<std::uint32_t>;
 
 constexpr int kIntMax = std::numeric_limits<int>::max();
@@ -222,7 +222,7 @@ INSTANTIATE_TEST_SUITE_P(
                   {0, 1},
                   0},
         PieceCase{"NoMarksWithinOneSegment", kSix, {1, 2}, -1, 1, 0.25, 5, 1, {12.5, 17.5}, {0}, -1}),
-    testsupport::CaseName<PieceCase>);
+    vorel::test::CaseName<PieceCase>);
 
 TEST(HandleBoundaryDataByDistance, HasTheExpressionsExactBits) {
   const LocalMetres place(8.4, 49.0);
@@ -414,14 +414,14 @@ TEST(HandleBoundaryDataByDistance, PiecesOneAfterAnotherFollowTheBoundary) {
   for (int run = 0; run < 4000; ++run) {
     SCOPED_TRACE(testing::Message() << "seed " << kSeed << ", run " << run);
     BoundaryData source;
-    source.points = testsupport::RandomLineZ(generator, 2 + static_cast<int>(generator() % 40));
+    source.points = vorel::test::RandomLineZ(generator, 2 + static_cast<int>(generator() % 40));
     source.pointIndices = RandomMarks(generator, source.points.size());
     CutAll(source, OneOf<double>(generator, {3.0, 17.5, 60.0, 250.0}), kRandomSlack, kRandomSlack);
   }
 }
 
 TEST(HandleBoundaryDataByDistance, PiecesOfRealBoundariesFollowThem) {
-  const std::vector<NamedLineZ>& lanes = testsupport::RealLinesZ("lanes");
+  const std::vector<NamedLineZ>& lanes = vorel::test::RealLinesZ("lanes");
   SKIP_WITHOUT_REAL_LINES(lanes);
   std::mt19937 generator(55002);
   for (const NamedLineZ& lane : lanes) {
@@ -470,8 +470,8 @@ void ComparePieces(std::mt19937& generator, const LineZ& line, int runs) {
     const double length = OneOf<double>(
         generator, {0.0, 1.0, 30.0, std::pow(10.0, Uniform(generator, -6, 7)), kInfinity, kNaN, -5.0});
     const int cursor = OneOf<int>(generator, {-1, -1, 0, 2, size, kIntMax});
-    SCOPED_TRACE("start " + std::to_string(startIndex) + " ratio " + testsupport::Paste(ratio) + ", length " +
-                 testsupport::Paste(length) + ", cursor " + std::to_string(cursor));
+    SCOPED_TRACE("start " + std::to_string(startIndex) + " ratio " + vorel::test::Paste(ratio) + ", length " +
+                 vorel::test::Paste(length) + ", cursor " + std::to_string(cursor));
     BoundaryData piece{{{1.0, 2.0, 3.0f}}, {9}}, expected = piece;
     int actualCursor = cursor, expectedCursor = cursor;
     const float result = VorelGeometryAlgorithm::HandleBoundaryDataByDistance(
@@ -488,7 +488,7 @@ TEST(BoundaryPiecesDifferential, RandomLines) {
   std::mt19937 generator(55003);
   for (int run = 0; run < 1000; ++run) {
     SCOPED_TRACE(testing::Message() << "seed 55003, run " << run);
-    ComparePieces(generator, testsupport::RandomLineZ(generator, 1 + static_cast<int>(generator() % 60)), 10);
+    ComparePieces(generator, vorel::test::RandomLineZ(generator, 1 + static_cast<int>(generator() % 60)), 10);
   }
 }
 
@@ -496,7 +496,7 @@ TEST(BoundaryPiecesDifferential, WildLines) {
   std::mt19937 generator(55004);
   for (int run = 0; run < 1000; ++run) {
     SCOPED_TRACE(testing::Message() << "seed 55004, run " << run);
-    ComparePieces(generator, testsupport::WildLineZ(generator, 1 + static_cast<int>(generator() % 30)), 10);
+    ComparePieces(generator, vorel::test::WildLineZ(generator, 1 + static_cast<int>(generator() % 30)), 10);
   }
 }
 
@@ -505,19 +505,19 @@ TEST(BoundaryPiecesDifferential, LongLines) {
   std::mt19937 generator(55006);
   for (const int pointCount : {512, 513, 514, 515, 1026, 1027, 1500}) {
     SCOPED_TRACE(testing::Message() << "seed 55006, " << pointCount << " points");
-    ComparePieces(generator, testsupport::RandomLineZ(generator, pointCount), 40);
+    ComparePieces(generator, vorel::test::RandomLineZ(generator, pointCount), 40);
   }
 }
 
 TEST(HandleBoundaryDataByDistance, AllocatesNothingWhenThePieceHasTheRoom) {
   std::mt19937 generator(55007);
   BoundaryData source;
-  source.points = testsupport::RandomLineZ(generator, 1200);
+  source.points = vorel::test::RandomLineZ(generator, 1200);
   source.pointIndices.resize(source.points.size());
   std::iota(source.pointIndices.begin(), source.pointIndices.end(), 0u);
   BoundaryData piece = source;
   const double whole = Length(source.points);
-  const testsupport::AllocationCounter allocations;
+  const vorel::test::AllocationCounter allocations;
   for (const double part : {0.0001, 0.5, 0.9999, 2.0}) {
     piece.points.clear();
     piece.pointIndices.clear();
@@ -529,7 +529,7 @@ TEST(HandleBoundaryDataByDistance, AllocatesNothingWhenThePieceHasTheRoom) {
 }
 
 TEST(BoundaryPiecesDifferential, RealLanes) {
-  const std::vector<NamedLineZ>& lanes = testsupport::RealLinesZ("lanes");
+  const std::vector<NamedLineZ>& lanes = vorel::test::RealLinesZ("lanes");
   SKIP_WITHOUT_REAL_LINES(lanes);
   std::mt19937 generator(55005);
   for (const NamedLineZ& lane : lanes) {

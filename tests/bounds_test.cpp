@@ -20,14 +20,14 @@ namespace {
 using tarvo::GeoCoordinate;
 using tarvo::GeoCoordinateZ;
 using tarvo::MapVector2d;
-using testsupport::kInfinity;
-using testsupport::kNaN;
-using testsupport::kNaNFloat;
-using testsupport::LineZ;
-using testsupport::NamedLineZ;
-using testsupport::SameBits;
-using testsupport::Uniform;
 using vorel::VorelGeometryAlgorithm;
+using vorel::test::kInfinity;
+using vorel::test::kNaN;
+using vorel::test::kNaNFloat;
+using vorel::test::LineZ;
+using vorel::test::NamedLineZ;
+using vorel::test::SameBits;
+using vorel::test::Uniform;
 using Vector = vorel::Vector2<double>;
 
 constexpr int kIntMax = std::numeric_limits<int>::max();
@@ -122,7 +122,7 @@ INSTANTIATE_TEST_SUITE_P(
                   0.0},
         BoundCase{
             "NotUnwrapped", {{179.0, 1.0, 0.0f}, {-179.0, 2.0, 0.0f}}, 0, 1, true, -179.0, 1.0, 179.0, 2.0}),
-    testsupport::CaseName<BoundCase>);
+    vorel::test::CaseName<BoundCase>);
 
 // ---- GetBoundPoints ---------------------------------------------------------------------------------------------
 
@@ -175,7 +175,7 @@ INSTANTIATE_TEST_SUITE_P(
         ExtremesCase{"NaNLaterIsPassedOver", {{1, 2}, {kNaN, 1}, {0, kNaN}}, {2, 1, 0, 1}},
         ExtremesCase{"Infinite", {{1, 2}, {-kInfinity, kInfinity}, {kInfinity, -kInfinity}}, {1, 2, 2, 2}},
         ExtremesCase{"ZerosAreEqual", {{0.0, 0.0}, {-0.0, -0.0}}, {0, 0, 0, 0}}),
-    testsupport::CaseName<ExtremesCase>);
+    vorel::test::CaseName<ExtremesCase>);
 
 // ---- Planes -----------------------------------------------------------------------------------------------------
 
@@ -207,7 +207,7 @@ INSTANTIATE_TEST_SUITE_P(
         NormalCase{"AllEqual", {{1, 2, 3}, {1, 2, 3}, {1, 2, 3}}, {0, 0, 0}},
         NormalCase{"NaNHeightLeavesZ", {{0, 0, kNaNFloat}, {1, 0, 0}, {0, 1, 0}}, {kNaN, kNaN, 1}},
         NormalCase{"NaNLongitude", {{kNaN, 0, 0}, {1, 0, 0}, {0, 1, 0}}, {kNaN, kNaN, kNaNFloat}}),
-    testsupport::CaseName<NormalCase>);
+    vorel::test::CaseName<NormalCase>);
 
 TEST(CalculatePlaneNormalVector, SubtractsHeightsInFloatAndNarrowsOnlyZ) {
   const LineZ plane = {{8.1, 49.3, 0.1f}, {8.7, 49.4, 16777216.0f}, {8.2, 49.9, 12.3f}};
@@ -267,7 +267,7 @@ INSTANTIATE_TEST_SUITE_P(
         HeightCase{"NaNNormalGoesOn", {{kNaN, 0, 5}, {1, 0, 5}, {0, 1, 5}}, {0.25, 0.25}, kNaN},
         HeightCase{"NaNPosition", LevelAt5(1), {kNaN, 0.25}, kNaN},
         HeightCase{"NaNHeight", {{0, 0, kNaNFloat}, {1, 0, 5}, {0, 1, 5}}, {0.25, 0.25}, kNaN}),
-    testsupport::CaseName<HeightCase>);
+    vorel::test::CaseName<HeightCase>);
 
 TEST(GetPointZInPlane, HasTheExpressionsExactBits) {
   const LineZ plane = {{8.1, 49.3, 100.1f}, {8.7, 49.4, 101.7f}, {8.2, 49.9, 112.3f}};
@@ -287,7 +287,7 @@ TEST(GetBoundOfARange, HoldsEveryPointAndTouchesEverySide) {
   std::mt19937 generator(kSeed);
   for (int run = 0; run < 5000; ++run) {
     SCOPED_TRACE(testing::Message() << "seed " << kSeed << ", run " << run);
-    const LineZ line = testsupport::RandomLineZ(generator, 1 + static_cast<int>(generator() % 30));
+    const LineZ line = vorel::test::RandomLineZ(generator, 1 + static_cast<int>(generator() % 30));
     const int first = static_cast<int>(generator() % line.size());
     const int last = first + static_cast<int>(generator() % 40);
     std::vector<MapVector2d> corners;
@@ -316,7 +316,7 @@ TEST(GetPointZInPlane, PassesThroughAllThreePointsWhenTheFirstTwoAreLevel) {
   std::mt19937 generator(kSeed);
   for (int run = 0; run < 20000; ++run) {
     SCOPED_TRACE(testing::Message() << "seed " << kSeed << ", run " << run);
-    const testsupport::LocalMetres place(Uniform(generator, -179, 179), Uniform(generator, -70, 70));
+    const vorel::test::LocalMetres place(Uniform(generator, -179, 179), Uniform(generator, -70, 70));
     const float level = static_cast<float>(Uniform(generator, 0, 1000));
     const float other = level + static_cast<float>(Uniform(generator, -1, 1));
     const double east = Uniform(generator, 1, 50);
@@ -366,7 +366,7 @@ TEST(BoundsDifferential, RandomLines) {
   std::mt19937 generator(54003);
   for (int run = 0; run < 500; ++run) {
     SCOPED_TRACE(testing::Message() << "seed 54003, run " << run);
-    CompareBounds(generator, testsupport::RandomLineZ(generator, static_cast<int>(generator() % 60)));
+    CompareBounds(generator, vorel::test::RandomLineZ(generator, static_cast<int>(generator() % 60)));
   }
 }
 
@@ -374,12 +374,12 @@ TEST(BoundsDifferential, WildLines) {
   std::mt19937 generator(54004);
   for (int run = 0; run < 1000; ++run) {
     SCOPED_TRACE(testing::Message() << "seed 54004, run " << run);
-    CompareBounds(generator, testsupport::WildLineZ(generator, static_cast<int>(generator() % 30)));
+    CompareBounds(generator, vorel::test::WildLineZ(generator, static_cast<int>(generator() % 30)));
   }
 }
 
 TEST(BoundsDifferential, RealLanes) {
-  const std::vector<NamedLineZ>& lanes = testsupport::RealLinesZ("lanes");
+  const std::vector<NamedLineZ>& lanes = vorel::test::RealLinesZ("lanes");
   SKIP_WITHOUT_REAL_LINES(lanes);
   std::mt19937 generator(54005);
   for (const NamedLineZ& lane : lanes) {

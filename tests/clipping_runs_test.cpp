@@ -18,11 +18,11 @@
 namespace {
 
 using tarvo::GeoCoordinate;
-using testsupport::kInfinity;
-using testsupport::kNaN;
-using testsupport::Line;
-using testsupport::Paste;
-using testsupport::SameBits;
+using vorel::test::kInfinity;
+using vorel::test::kNaN;
+using vorel::test::Line;
+using vorel::test::Paste;
+using vorel::test::SameBits;
 using Pieces = std::vector<Line>;
 using Rect = tarvo::Rect<GeoCoordinate>;
 

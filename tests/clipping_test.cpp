@@ -14,27 +14,25 @@
 #include "reference/clipping_reference.h"
 #include "support/bits.h"
 #include "support/lines.h"
+#include "support/uniform.h"
 #include "tests/support/allocation_counter.h"
 
 namespace {
 
 using tarvo::GeoCoordinate;
-using testsupport::kInfinity;
-using testsupport::kNaN;
-using testsupport::Line;
-using testsupport::NamedLine;
-using testsupport::Paste;
-using testsupport::SameBits;
 using vorel::VorelGeometryAlgorithm;
+using vorel::test::kInfinity;
+using vorel::test::kNaN;
+using vorel::test::Line;
+using vorel::test::NamedLine;
+using vorel::test::Paste;
+using vorel::test::SameBits;
+using vorel::test::Uniform;
 
 using Pieces = std::vector<Line>;
 using Rect = tarvo::Rect<GeoCoordinate>;
 
 const Rect kTen{{0, 0}, {10, 10}};
-
-double Uniform(std::mt19937& generator, double low, double high) {
-  return low + (high - low) * (static_cast<double>(generator()) / 4294967296.0);
-}
 
 // ---- Edges: lines and rectangles ------------------------------------------------------------------------------
 
@@ -460,7 +458,7 @@ TEST(CutPolyline, KeepsExactlyTheSegmentsThatMeetTheRectangle) {
   CutCounts counts;
   for (int run = 0; run < 3000; ++run) {
     const Line line =
-        WithoutRepeats(testsupport::RandomLine(generator, 2 + static_cast<int>(generator() % 60)));
+        WithoutRepeats(vorel::test::RandomLine(generator, 2 + static_cast<int>(generator() % 60)));
     const Rect rect = SomeRectangle(generator, line, 0.0005);
     SCOPED_TRACE(testing::Message() << "seed " << kSeed << ", run " << run << ", rectangle " << Paste(rect));
     if (line.size() < 2) continue;
@@ -489,7 +487,7 @@ TEST(CutPolyline, KeepsExactlyTheSegmentsOfZigzagsThatMeetTheRectangle) {
 }
 
 TEST(CutPolyline, KeepsExactlyTheSegmentsOfRealRoutesThatMeetTheRectangle) {
-  const std::vector<NamedLine> routes = testsupport::RealLines("routes");
+  const std::vector<NamedLine> routes = vorel::test::RealLines("routes");
   SKIP_WITHOUT_REAL_LINES(routes);
   constexpr unsigned kSeed = 42004;
   std::mt19937 generator(kSeed);
@@ -618,9 +616,9 @@ TEST(ClippingTwin, AgreesOnRandomAndWildLines) {
   for (int run = 0; run < 1500; ++run) {
     SCOPED_TRACE(testing::Message() << "seed " << kSeed << ", run " << run);
     const int vertexCount = static_cast<int>(generator() % 40);
-    const Line road = testsupport::RandomLine(generator, vertexCount);
+    const Line road = vorel::test::RandomLine(generator, vertexCount);
     for (const Rect& rect : ManyRectangles(generator, road)) ExpectTwinAgrees(road, rect);
-    const Line wild = testsupport::WildLine(generator, vertexCount);
+    const Line wild = vorel::test::WildLine(generator, vertexCount);
     for (const Rect& rect : ManyRectangles(generator, wild)) ExpectTwinAgrees(wild, rect);
     // On a small grid everything touches everything.
     Line grid;
@@ -633,9 +631,9 @@ TEST(ClippingTwin, AgreesOnRandomAndWildLines) {
 }
 
 TEST(ClippingTwin, AgreesOnRealLines) {
-  std::vector<NamedLine> lines = testsupport::RealLines("routes");
+  std::vector<NamedLine> lines = vorel::test::RealLines("routes");
   SKIP_WITHOUT_REAL_LINES(lines);
-  const std::vector<NamedLine> polygons = testsupport::RealLines("polygons");
+  const std::vector<NamedLine> polygons = vorel::test::RealLines("polygons");
   lines.insert(lines.end(), polygons.begin(), polygons.end());
   std::mt19937 generator(42008);
   for (const NamedLine& line : lines) {
@@ -649,10 +647,10 @@ TEST(ClippingTwin, AgreesOnRealLines) {
 
 TEST(CutPolyline, AllocatesOnlyForPieces) {
   std::mt19937 generator(42009);
-  const Line line = testsupport::RandomLine(generator, 500);
+  const Line line = vorel::test::RandomLine(generator, 500);
   const Rect elsewhere{{200, 0}, {201, 1}};
   Pieces pieces;
-  const testsupport::AllocationCounter allocations;
+  const vorel::test::AllocationCounter allocations;
   VorelGeometryAlgorithm::CutPolyline(line, elsewhere, pieces);
   EXPECT_EQ(allocations.Count(), 0u);
   EXPECT_TRUE(pieces.empty());
@@ -667,7 +665,7 @@ TEST(CutPolyline, AnAllocationFailureLeavesThePiecesBefore) {
     Pieces pieces;
     failed = false;
     {
-      const testsupport::AllocationLimit limit(allowed);
+      const vorel::test::AllocationLimit limit(allowed);
       try {
         VorelGeometryAlgorithm::CutPolyline(line, kTen, pieces);
       } catch (const std::bad_alloc&) {

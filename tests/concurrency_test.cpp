@@ -22,11 +22,11 @@
 
 namespace {
 
-using testsupport::CallInputs;
-using testsupport::CallOutputs;
-using testsupport::LibraryCall;
-using testsupport::LibraryCalls;
-using testsupport::ManyCallInputs;
+using vorel::test::CallInputs;
+using vorel::test::CallOutputs;
+using vorel::test::LibraryCall;
+using vorel::test::LibraryCalls;
+using vorel::test::ManyCallInputs;
 
 constexpr std::size_t kThreadCount = 4;
 
@@ -73,14 +73,14 @@ class Barrier {
 TEST(Concurrency, TheFirstCallsMayCoincide) {
   const std::vector<LibraryCall>& calls = LibraryCalls();
   tarvo::GeoCoordinate corner(7.5, 47.5);
-  testsupport::Line line;
+  vorel::test::Line line;
   for (int i = 0; i < 40; ++i) {
     line.push_back(corner);
     corner.longitude += 1e-4;
     corner.latitude += i % 2 == 0 ? 1e-4 : -1e-4;
   }
   const tarvo::GeoCoordinate inside(7.5005, 47.50005);
-  testsupport::LineZ lineZ;
+  vorel::test::LineZ lineZ;
   for (const tarvo::GeoCoordinate& point : line) lineZ.emplace_back(point.longitude, point.latitude, 0.0f);
   for (int round = 0; round < 100; ++round) {
     // From the second round on: the state of a program that has called nothing yet.

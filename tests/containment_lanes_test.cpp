@@ -18,10 +18,10 @@
 namespace {
 
 using tarvo::GeoCoordinate;
-using testsupport::kInfinity;
-using testsupport::kNaN;
-using testsupport::Line;
-using testsupport::Paste;
+using vorel::test::kInfinity;
+using vorel::test::kNaN;
+using vorel::test::Line;
+using vorel::test::Paste;
 
 constexpr std::size_t kLongest = 40;
 
@@ -149,7 +149,7 @@ TEST_P(IsPointInPolygonInLanes, AgreesAtTheEdgesOfTheTolerance) {
   std::mt19937 generator(kSeed);
   for (int run = 0; run < 20000; ++run) {
     SCOPED_TRACE(testing::Message() << "seed " << kSeed << ", run " << run);
-    const Line polygon = testsupport::RandomLine(generator, 3 + static_cast<int>(generator() % 30));
+    const Line polygon = vorel::test::RandomLine(generator, 3 + static_cast<int>(generator() % 30));
     const std::size_t i = generator() % polygon.size();
     const GeoCoordinate& a = polygon[i];
     const GeoCoordinate& b = polygon[(i + 1) % polygon.size()];

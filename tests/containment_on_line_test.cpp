@@ -17,14 +17,14 @@
 namespace {
 
 using tarvo::GeoCoordinate;
-using testsupport::kInfinity;
-using testsupport::kInfinityFloat;
-using testsupport::kNaN;
-using testsupport::kNaNFloat;
-using testsupport::Line;
-using testsupport::RandomLine;
-using testsupport::Uniform;
-using testsupport::WildLine;
+using vorel::test::kInfinity;
+using vorel::test::kInfinityFloat;
+using vorel::test::kNaN;
+using vorel::test::kNaNFloat;
+using vorel::test::Line;
+using vorel::test::RandomLine;
+using vorel::test::Uniform;
+using vorel::test::WildLine;
 using Algorithm = vorel::VorelGeometryAlgorithm;
 
 // ---- Segments: edges ------------------------------------------------------------------------------------------------
@@ -277,12 +277,12 @@ void ExpectMatchesTwins(std::mt19937& generator, const Line& line) {
     for (std::size_t i = 1; i < line.size(); i += 1 + line.size() / 200) {
       ASSERT_EQ(Algorithm::IsPointOnLineSegment(line[i - 1], line[i], point),
                 reference::IsPointOnLineSegment(line[i - 1], line[i], point))
-          << testsupport::Paste(line[i - 1]) << ", " << testsupport::Paste(line[i]) << ", "
-          << testsupport::Paste(point);
+          << vorel::test::Paste(line[i - 1]) << ", " << vorel::test::Paste(line[i]) << ", "
+          << vorel::test::Paste(point);
     }
     for (const float tolerance : kTolerances) {
       for (const bool checkSegments : {false, true}) {
-        SCOPED_TRACE(testing::Message() << testsupport::Paste(point) << ", " << testsupport::Paste(tolerance)
+        SCOPED_TRACE(testing::Message() << vorel::test::Paste(point) << ", " << vorel::test::Paste(tolerance)
                                         << ", " << checkSegments);
         const int index = Algorithm::PointOnPolyline(line, point, tolerance, checkSegments);
         ASSERT_EQ(index, reference::PointOnPolyline(line, point, tolerance, checkSegments));
@@ -317,9 +317,9 @@ TEST(PointsOnLines, MatchTheTwinsOnWildLines) {
 TEST(PointsOnLines, MatchTheTwinsOnRealRoutes) {
   constexpr unsigned kSeed = 33005;
   std::mt19937 generator(kSeed);
-  const std::vector<testsupport::NamedLine> lines = testsupport::RealLines("routes");
+  const std::vector<vorel::test::NamedLine> lines = vorel::test::RealLines("routes");
   SKIP_WITHOUT_REAL_LINES(lines);
-  for (const testsupport::NamedLine& line : lines) {
+  for (const vorel::test::NamedLine& line : lines) {
     SCOPED_TRACE(testing::Message() << "seed " << kSeed << ", " << line.name);
     // Many points are asked of each line: its first 400 vertices are plenty.
     const std::size_t count = line.points.size() < 400 ? line.points.size() : 400;
@@ -343,8 +343,8 @@ TEST(IsPointOnLineSegment, MatchesTheTwinOnAnyNumbers) {
     const GeoCoordinate point(any(), any());
     const bool expected = reference::IsPointOnLineSegment(a, b, point);
     ASSERT_EQ(Algorithm::IsPointOnLineSegment(a, b, point), expected)
-        << "seed " << kSeed << ", run " << run << ": " << testsupport::Paste(a) << ", "
-        << testsupport::Paste(b) << ", " << testsupport::Paste(point);
+        << "seed " << kSeed << ", run " << run << ": " << vorel::test::Paste(a) << ", "
+        << vorel::test::Paste(b) << ", " << vorel::test::Paste(point);
     accepted += expected ? 1 : 0;
   }
   EXPECT_GT(accepted, 10000);

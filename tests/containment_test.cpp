@@ -14,25 +14,23 @@
 #include "reference/containment_reference.h"
 #include "support/bits.h"
 #include "support/lines.h"
+#include "support/uniform.h"
 #include "tests/support/allocation_counter.h"
 
 namespace {
 
 using tarvo::GeoCoordinate;
-using testsupport::kInfinity;
-using testsupport::kNaN;
-using testsupport::Line;
-using testsupport::NamedLine;
-using testsupport::Paste;
 using vorel::VorelGeometryAlgorithm;
+using vorel::test::kInfinity;
+using vorel::test::kNaN;
+using vorel::test::Line;
+using vorel::test::NamedLine;
+using vorel::test::Paste;
+using vorel::test::Uniform;
 
 constexpr double kTolerance = 1e-7;  // degrees: that of the edges
 const double kBelowTolerance = std::nextafter(kTolerance, 0.0);
 const double kAboveTolerance = std::nextafter(kTolerance, 1.0);
-
-double Uniform(std::mt19937& generator, double low, double high) {
-  return low + (high - low) * (static_cast<double>(generator()) / 4294967296.0);
-}
 
 bool IsInPolygon(const Line& polygon, const GeoCoordinate& point) {
   return VorelGeometryAlgorithm::IsPointInPolygon(polygon, point);
@@ -288,7 +286,7 @@ TEST(IsPointInPolygon, TakesAVertexOfThePolygonItself) {
 }
 
 TEST(IsPointInPolygon, AllocatesNothing) {
-  const testsupport::AllocationCounter allocations;
+  const vorel::test::AllocationCounter allocations;
   const bool inside = IsInPolygon(kComb, {0.5, 2});
   EXPECT_EQ(allocations.Count(), 0u);
   EXPECT_TRUE(inside);
@@ -428,7 +426,7 @@ TEST(IsPointInPolygon, AgreesWithTheWindingNumberAwayFromTheBorder) {
 }
 
 TEST(IsPointInPolygon, AgreesWithTheWindingNumberInRealPolygons) {
-  const std::vector<NamedLine> polygons = testsupport::RealLines("polygons");
+  const std::vector<NamedLine> polygons = vorel::test::RealLines("polygons");
   SKIP_WITHOUT_REAL_LINES(polygons);
   constexpr unsigned kSeed = 41003;
   std::mt19937 generator(kSeed);
@@ -446,7 +444,7 @@ TEST(IsPointInPolygon, DoesNotDependOnARepeatedFirstVertex) {
   constexpr unsigned kSeed = 41004;
   std::mt19937 generator(kSeed);
   for (int run = 0; run < 2000; ++run) {
-    const Line line = testsupport::WildLine(generator, 3 + static_cast<int>(generator() % 20));
+    const Line line = vorel::test::WildLine(generator, 3 + static_cast<int>(generator() % 20));
     Line closed = line;
     closed.push_back(line[0]);
     for (int i = 0; i < 5; ++i) {
@@ -543,8 +541,8 @@ TEST(ContainmentTwin, AgreesOnRandomAndWildPolygons) {
   for (int run = 0; run < 2000; ++run) {
     SCOPED_TRACE(testing::Message() << "seed " << kSeed << ", run " << run);
     const int vertexCount = static_cast<int>(generator() % 25);
-    ExpectTwinAgreesAbout(testsupport::RandomLine(generator, vertexCount), generator, 6);
-    ExpectTwinAgreesAbout(testsupport::WildLine(generator, vertexCount), generator, 6);
+    ExpectTwinAgreesAbout(vorel::test::RandomLine(generator, vertexCount), generator, 6);
+    ExpectTwinAgreesAbout(vorel::test::WildLine(generator, vertexCount), generator, 6);
     // Nearly flat ones: their edges rise about as much as the tolerance.
     Line flat;
     for (int i = 0; i < vertexCount; ++i) {
@@ -556,7 +554,7 @@ TEST(ContainmentTwin, AgreesOnRandomAndWildPolygons) {
 }
 
 TEST(ContainmentTwin, AgreesOnRealPolygons) {
-  const std::vector<NamedLine> polygons = testsupport::RealLines("polygons");
+  const std::vector<NamedLine> polygons = vorel::test::RealLines("polygons");
   SKIP_WITHOUT_REAL_LINES(polygons);
   std::mt19937 generator(41007);
   for (const NamedLine& polygon : polygons) {

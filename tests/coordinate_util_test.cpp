@@ -13,9 +13,9 @@ namespace {
 
 using tarvo::CoordinateUtil;
 using tarvo::GeoCoordinate;
-using testsupport::kInfinity;
-using testsupport::kNaN;
-using testsupport::SameBits;
+using vorel::test::kInfinity;
+using vorel::test::kNaN;
+using vorel::test::SameBits;
 
 TEST(DistanceOfGcj02Pos, TakesFirstPointThenSecondLongitudeFirst) {
   // One degree along a meridian, then along the parallel of 60 degrees: telling the order of all four numbers.

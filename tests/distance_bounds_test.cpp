@@ -15,12 +15,12 @@
 namespace {
 
 using tarvo::GeoCoordinate;
-using testsupport::kInfinity;
-using testsupport::kNaN;
-using testsupport::Numbers;
 using vorel::internal::LocalDistanceBounds;
 using vorel::internal::SurelyFartherThan;
 using vorel::internal::SurelyNearerThan;
+using vorel::test::kInfinity;
+using vorel::test::kNaN;
+using vorel::test::Numbers;
 
 constexpr double kRadiansPerDegree = 0.017453292519943295;
 
@@ -68,10 +68,10 @@ TEST(DistanceBounds, SurelyFartherAndNearerMeanIt) {
       const bool isFarther = SurelyFartherThan(a, b, metres);
       const bool isNearer = SurelyNearerThan(a, b, metres);
       if (isFarther) {
-        ASSERT_GT(distance, metres) << testsupport::Paste(a) << testsupport::Paste(b);
+        ASSERT_GT(distance, metres) << vorel::test::Paste(a) << vorel::test::Paste(b);
       }
       if (isNearer) {
-        ASSERT_LT(distance, metres) << testsupport::Paste(a) << testsupport::Paste(b);
+        ASSERT_LT(distance, metres) << vorel::test::Paste(a) << vorel::test::Paste(b);
       }
       farther += isFarther;
       nearer += isNearer;
@@ -138,9 +138,9 @@ TEST(LocalDistanceBounds, HoldForEveryPairInReach) {
       const double lower = bounds.LowerSquared(latitudes, longitudes, r);
       const double upper = bounds.UpperSquared(latitudes, longitudes, r);
       ASSERT_FALSE(lower > LocalDistanceBounds::SquareToExceed(distance))
-          << testsupport::Paste(a) << testsupport::Paste(b) << " reach " << r;
+          << vorel::test::Paste(a) << vorel::test::Paste(b) << " reach " << r;
       ASSERT_FALSE(upper < LocalDistanceBounds::SquareToStayBelow(distance))
-          << testsupport::Paste(a) << testsupport::Paste(b) << " reach " << r;
+          << vorel::test::Paste(a) << vorel::test::Paste(b) << " reach " << r;
       // Not merely by their margins.
       if (distance > 0.05) {
         ASSERT_LT(lower, distance * distance);

@@ -21,17 +21,17 @@ namespace {
 using tarvo::GeoCoordinate;
 using tarvo::GeoCoordinateZ;
 using Algorithm = vorel::VorelGeometryAlgorithm;
-using testsupport::Line;
-using testsupport::LineZ;
+using vorel::test::Line;
+using vorel::test::LineZ;
 
 constexpr std::size_t kVertices = 400;
 constexpr std::size_t kSegments = kVertices - 1;
 
 template <class Call>
 std::size_t CountDistances(Call call) {
-  const std::size_t before = testsupport::evaluatedDistances;
+  const std::size_t before = vorel::test::evaluatedDistances;
   call();
-  return testsupport::evaluatedDistances - before;
+  return vorel::test::evaluatedDistances - before;
 }
 
 class DistanceBudget : public testing::Test {
@@ -43,8 +43,8 @@ class DistanceBudget : public testing::Test {
     vorel::internal::ForceMeasureSegments([](const GeoCoordinateZ*, std::size_t, const GeoCoordinate&, double,
                                              double*, double*) { return false; });
     std::mt19937 generator(6006);
-    lineZ_ = testsupport::RandomLineZ(generator, static_cast<int>(kVertices));
-    line_ = testsupport::WithoutHeight(lineZ_);
+    lineZ_ = vorel::test::RandomLineZ(generator, static_cast<int>(kVertices));
+    line_ = vorel::test::WithoutHeight(lineZ_);
     cumulative_.push_back(0.0);
     Algorithm::GetDistanceAndCache(line_, 0, kSegments, cumulative_);
   }

@@ -35,10 +35,10 @@ using tarvo::geodesy::kMidLimit;
 using tarvo::geodesy::kNearLimit;
 using tarvo::geodesy::MidSquaredDistance;
 using tarvo::geodesy::NearSquaredDistance;
-using testsupport::Bits;
-using testsupport::kInfinity;
-using testsupport::kNaN;
-using testsupport::SameBits;
+using vorel::test::Bits;
+using vorel::test::kInfinity;
+using vorel::test::kNaN;
+using vorel::test::SameBits;
 
 // Half the length of a meridian ellipse, metres: no two points are farther apart.
 constexpr double kPoleToPole = 20003931.458625446;

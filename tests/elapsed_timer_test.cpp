@@ -194,11 +194,11 @@ TEST_F(ElapsedTimer, TheListenerMayReplaceItself) {
 }
 
 TEST_F(ElapsedTimer, AListenerThatCannotBeStoredChangesNothing) {
-  if (!testsupport::CanCountAllocations()) GTEST_SKIP() << testsupport::kCannotCountAllocations;
+  if (!vorel::test::CanCountAllocations()) GTEST_SKIP() << vorel::test::kCannotCountAllocations;
   Listen();
   vorel::logging::ElapsedTimeListener another = [](const std::string&, const std::string&, nanoseconds) {};
   {
-    const testsupport::AllocationLimit limit(0);
+    const vorel::test::AllocationLimit limit(0);
     EXPECT_THROW(SetElapsedTimeListener(std::move(another)), std::bad_alloc);
   }
   { const VorelElapsedTimer timer("Demo", "reported"); }
@@ -206,14 +206,14 @@ TEST_F(ElapsedTimer, AListenerThatCannotBeStoredChangesNothing) {
 }
 
 TEST_F(ElapsedTimer, AllocatesNothingOfItsOwn) {
-  if (!testsupport::CanCountAllocations()) GTEST_SKIP() << testsupport::kCannotCountAllocations;
+  if (!vorel::test::CanCountAllocations()) GTEST_SKIP() << vorel::test::kCannotCountAllocations;
   std::string owner(100, 'o');
   std::string name(100, 'n');
   for (const bool isListenedTo : {false, true}) {
     if (isListenedTo) SetElapsedTimeListener([](const std::string&, const std::string&, nanoseconds) {});
     std::string movedOwner = owner;
     std::string movedName = name;
-    const testsupport::AllocationCounter allocations;
+    const vorel::test::AllocationCounter allocations;
     { const VorelElapsedTimer timer(std::move(movedOwner), std::move(movedName)); }
     EXPECT_EQ(allocations.Count(), 0u) << isListenedTo;
   }

@@ -19,10 +19,10 @@ namespace {
 
 using tarvo::GeoCoordinate;
 using tarvo::GeoCoordinateZ;
-using testsupport::kInfinity;
-using testsupport::kNaN;
-using testsupport::kNaNFloat;
-using testsupport::SameBits;
+using vorel::test::kInfinity;
+using vorel::test::kNaN;
+using vorel::test::kNaNFloat;
+using vorel::test::SameBits;
 
 // Callers copy coordinates as raw memory and read the longitude as the first number.
 TEST(GeoCoordinateLayout, IsLongitudeThenLatitude) {

@@ -15,9 +15,9 @@ namespace {
 
 using kx::GeoUtils;
 using tarvo::GeoCoordinate;
-using testsupport::kInfinity;
-using testsupport::kNaN;
-using testsupport::SameBits;
+using vorel::test::kInfinity;
+using vorel::test::kNaN;
+using vorel::test::SameBits;
 
 constexpr double kPi = 3.141592653589793;
 constexpr double kTwoPi = 6.283185307179586;

@@ -18,17 +18,17 @@ namespace {
 
 using tarvo::GeoCoordinate;
 using tarvo::GeoCoordinateZ;
-using testsupport::kInfinityFloat;
-using testsupport::kNaN;
-using testsupport::kNaNFloat;
-using testsupport::LineZ;
-using testsupport::LocalMetres;
-using testsupport::NamedLineZ;
-using testsupport::OneOf;
-using testsupport::SameBits;
-using testsupport::Uniform;
 using vorel::ArrowType;
 using vorel::VorelGeometryAlgorithm;
+using vorel::test::kInfinityFloat;
+using vorel::test::kNaN;
+using vorel::test::kNaNFloat;
+using vorel::test::LineZ;
+using vorel::test::LocalMetres;
+using vorel::test::NamedLineZ;
+using vorel::test::OneOf;
+using vorel::test::SameBits;
+using vorel::test::Uniform;
 
 constexpr double kPi = 3.141592653589793;
 
@@ -139,11 +139,11 @@ INSTANTIATE_TEST_SUITE_P(
         PreparedCase{"BendAcrossARepeat",
                      {kCity.At(0, 0, 1), kCity.At(0, 30, 2), kCity.At(0, 30, 3), kCity.At(30, 30, 4)},
                      {0, -1, 1, -1, 3}}),
-    testsupport::CaseName<PreparedCase>);
+    vorel::test::CaseName<PreparedCase>);
 
 TEST(CalcBoundaryPoints, KeepsPointsStrictlyFartherThanACentimetre) {
   for (const bool isKept : {true, false}) {
-    const double latitude = isKept ? testsupport::LatitudeAbove(0.01) : testsupport::LatitudeAtLeast(0.01);
+    const double latitude = isKept ? vorel::test::LatitudeAbove(0.01) : vorel::test::LatitudeAtLeast(0.01);
     EXPECT_EQ(Prepared({{0.0, 0.0, 1.0f}, {0.0, latitude, 2.0f}, {0.0, 0.001, 3.0f}}, 4.0f).size(),
               isKept ? 3u : 2u);
   }
@@ -196,7 +196,7 @@ TEST(CalcBoundaryPoints, TurnsAboveFiveDegreesAreBends) {
     const float turn = Turn(line, 1);
     if (std::fabs(turn - 5.0f) > 2e-6f) continue;
     (turn > 5.0f ? bends : straight) += turn == 5.0f || turn == std::nextafter(5.0f, 6.0f);
-    EXPECT_EQ(Prepared(line, 4.0f).size(), turn > 5.0f ? 5u : 3u) << testsupport::Paste(turn);
+    EXPECT_EQ(Prepared(line, 4.0f).size(), turn > 5.0f ? 5u : 3u) << vorel::test::Paste(turn);
   }
   EXPECT_GT(straight, 0);
   EXPECT_GT(bends, 0);
@@ -205,7 +205,7 @@ TEST(CalcBoundaryPoints, TurnsAboveFiveDegreesAreBends) {
 TEST(CalcBoundaryPoints, CutsALegStrictlyLongerThanTheCutAndAMetre) {
   const double longest = Cut(4.0f, 90.0f) + 1.0;  // metres, that a leg may have without a cut
   for (const bool isCut : {true, false}) {
-    double latitude = testsupport::LatitudeAbove(longest);
+    double latitude = vorel::test::LatitudeAbove(longest);
     if (!isCut) latitude = std::nextafter(latitude, 0.0);
     const LineZ line = {{-0.001, 0.0, 1.0f}, {0.0, 0.0, 2.0f}, {0.0, latitude, 3.0f}};
     ASSERT_EQ(Turn(line, 1), 90.0f);
@@ -397,7 +397,7 @@ INSTANTIATE_TEST_SUITE_P(
                    {1, 2}},
         FilterCase{"NaNIsNotForward", Row({0, 1, 2}, 0), Row({0, kNaN, 2}, 1), Row({0, 1, 2}, -1), {2}},
         FilterCase{"NaNCenter", Row({kNaN, 1, 2}, 0), Row({0, 1, 2}, 1), Row({0, 1, 2}, -1), {1, 2}}),
-    testsupport::CaseName<FilterCase>);
+    vorel::test::CaseName<FilterCase>);
 
 TEST(RelapseCheckFilter, DeliberatelyReplacesTheOutputsWhenSizesDiffer) {
   const LineZ three = Row({0, 1, 2}, 0), two = Row({5, 6}, 1), one = Row({7}, 2);
@@ -523,7 +523,7 @@ TEST(LaneArrowDifferential, RandomLines) {
   std::mt19937 generator(53002);
   for (int run = 0; run < 500; ++run) {
     SCOPED_TRACE(testing::Message() << "seed 53002, run " << run);
-    const LineZ line = testsupport::RandomLineZ(generator, static_cast<int>(generator() % 40));
+    const LineZ line = vorel::test::RandomLineZ(generator, static_cast<int>(generator() % 40));
     CompareEdges(line);
     CompareFilters(generator, line);
   }
@@ -533,14 +533,14 @@ TEST(LaneArrowDifferential, WildLines) {
   std::mt19937 generator(53003);
   for (int run = 0; run < 500; ++run) {
     SCOPED_TRACE(testing::Message() << "seed 53003, run " << run);
-    const LineZ line = testsupport::WildLineZ(generator, static_cast<int>(generator() % 30));
+    const LineZ line = vorel::test::WildLineZ(generator, static_cast<int>(generator() % 30));
     CompareEdges(line);
     CompareFilters(generator, line);
   }
 }
 
 TEST(LaneArrowDifferential, RealLanes) {
-  const std::vector<NamedLineZ>& lanes = testsupport::RealLinesZ("lanes");
+  const std::vector<NamedLineZ>& lanes = vorel::test::RealLinesZ("lanes");
   SKIP_WITHOUT_REAL_LINES(lanes);
   std::mt19937 generator(53004);
   for (const NamedLineZ& lane : lanes) {

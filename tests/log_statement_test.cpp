@@ -31,7 +31,7 @@ class LogStatement : public testing::Test {
  protected:
   LogStatement() {
     vorel_log_instance_id_ = kId;
-    testsupport::ResetTagNameCalls();
+    vorel::test::ResetTagNameCalls();
   }
   ~LogStatement() override {
     Logger::Unregister(kId);
@@ -101,7 +101,7 @@ TEST_F(LogStatement, FillsEveryField) {
   EXPECT_EQ(record.instanceId, kId);
   EXPECT_EQ(record.tags, std::vector<std::string>{""});
   EXPECT_EQ(record.message, "[Vorel][Demo][Geometry]main route:1,pt count:12");
-  EXPECT_EQ(testsupport::TagNameCalls(), std::vector<int>{11});
+  EXPECT_EQ(vorel::test::TagNameCalls(), std::vector<int>{11});
 
   EXPECT_EQ(seen.records, 1);
   EXPECT_TRUE(seen.addressesAscend);
@@ -176,13 +176,13 @@ TEST_P(DisabledLogStatement, EvaluatesAndAllocatesNothing) {
     ++evaluated;
     return text;
   };
-  const testsupport::AllocationCounter allocations;
+  const vorel::test::AllocationCounter allocations;
   for (int run = 0; run < 100; ++run) {
     VOREL_LOG(LogLevel::kWarning, count(owner), "piece", count(std::string(100, 'x')));
   }
   EXPECT_EQ(allocations.Count(), 0u);
   EXPECT_EQ(evaluated, 0);
-  EXPECT_TRUE(testsupport::TagNameCalls().empty());
+  EXPECT_TRUE(vorel::test::TagNameCalls().empty());
   EXPECT_EQ(memory_->Count(), 0u);
 }
 
@@ -205,8 +205,8 @@ INSTANTIATE_TEST_SUITE_P(
 
 // Without this the zero above would mean nothing.
 TEST(AllocationCounter, SeesAllocations) {
-  if (!testsupport::CanCountAllocations()) GTEST_SKIP() << testsupport::kCannotCountAllocations;
-  const testsupport::AllocationCounter allocations;
+  if (!vorel::test::CanCountAllocations()) GTEST_SKIP() << vorel::test::kCannotCountAllocations;
+  const vorel::test::AllocationCounter allocations;
   // Called by name: a new expression may be optimised away.
   ::operator delete(::operator new(1));
   ::operator delete[](::operator new[](1));
@@ -251,7 +251,7 @@ TEST_F(LogStatement, IsOneStatement) {
 // Each allocation of an enabled statement fails in turn: no failure reaches the caller, and at most one record,
 // complete or cut short, reaches the sink.
 TEST_F(LogStatement, KeepsAllocationFailuresToItself) {
-  if (!testsupport::CanCountAllocations()) GTEST_SKIP() << testsupport::kCannotCountAllocations;
+  if (!vorel::test::CanCountAllocations()) GTEST_SKIP() << vorel::test::kCannotCountAllocations;
   int records = 0;
   const auto sink = std::make_shared<plog::CallbackSink>([&records](const plog::Record& record) {
     ++records;
@@ -265,7 +265,7 @@ TEST_F(LogStatement, KeepsAllocationFailuresToItself) {
     ASSERT_LT(allowed, 1000u);
     records = 0;
     {
-      const testsupport::AllocationLimit limit(allowed);
+      const vorel::test::AllocationLimit limit(allowed);
       VOREL_LOG(LogLevel::kDebug, owner, "number ", 1.5, " and ", 7);
       wasRefused = limit.RefusedCount() != 0;
     }

@@ -253,15 +253,15 @@ TEST_F(Logging, BehavesLikeAMapFromIdToMinimumLevel) {
 
 // Unregistered places serve again: registering and removing costs no memory in the long run.
 TEST_F(Logging, PlacesAreReused) {
-  if (!testsupport::CanCountAllocations()) GTEST_SKIP() << testsupport::kCannotCountAllocations;
+  if (!vorel::test::CanCountAllocations()) GTEST_SKIP() << vorel::test::kCannotCountAllocations;
   ASSERT_TRUE(Logger::Register(kId, LogLevel::kDebug));
   Logger::Unregister(kId);
-  const testsupport::AllocationCounter first;
+  const vorel::test::AllocationCounter first;
   ASSERT_TRUE(Logger::Register(kId, LogLevel::kDebug));
   Logger::Unregister(kId);
   const std::size_t allocationsInAUsedPlace = first.Count();
   for (unsigned step = 1; step < 50; ++step) {
-    const testsupport::AllocationCounter later;
+    const vorel::test::AllocationCounter later;
     ASSERT_TRUE(Logger::Register(kId + kCollides * step, LogLevel::kDebug));
     Logger::Unregister(kId + kCollides * step);
     EXPECT_EQ(later.Count(), allocationsInAUsedPlace);
@@ -270,7 +270,7 @@ TEST_F(Logging, PlacesAreReused) {
 
 // Each allocation of a change fails in turn: it throws and changes nothing, or it has worked.
 TEST_F(Logging, ChangesWithoutMemoryChangeNothing) {
-  if (!testsupport::CanCountAllocations()) GTEST_SKIP() << testsupport::kCannotCountAllocations;
+  if (!vorel::test::CanCountAllocations()) GTEST_SKIP() << vorel::test::kCannotCountAllocations;
   const auto kept = std::make_shared<plog::MemorySink>();
   const auto added = std::make_shared<plog::MemorySink>();
   const auto failsCleanly = [](auto change) {
@@ -279,7 +279,7 @@ TEST_F(Logging, ChangesWithoutMemoryChangeNothing) {
       bool threw = false;
       bool worked = false;
       {
-        const testsupport::AllocationLimit limit(allowed);
+        const vorel::test::AllocationLimit limit(allowed);
         try {
           worked = change();
         } catch (const std::bad_alloc&) {

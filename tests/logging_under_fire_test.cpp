@@ -439,7 +439,7 @@ TEST_F(LoggingUnderFire, ADisabledStatementStaysFreeWhileLoggersChange) {
   std::atomic<int> evaluated{0};
   std::atomic<std::size_t> allocated{0};
   RunInThreads([&](int) {
-    const testsupport::AllocationCounter allocations;
+    const vorel::test::AllocationCounter allocations;
     for (int number = 0; number < perThread; ++number) {
       VOREL_LOG(LogLevel::kInfo, "Demo", "evaluated ", ++evaluated);
     }
@@ -478,7 +478,7 @@ TEST_F(LoggingUnderFire, GeometryIsUntouchedByWhatItsRecordsMeet) {
   const auto sink = std::make_shared<CallbackSink>([&](const Record& record) {
     ++records;
     if (record.message.str().rfind(wanted, 0) != 0) ++differing;
-    if (!testsupport::SameBits(symbols(), expected)) ++differing;
+    if (!vorel::test::SameBits(symbols(), expected)) ++differing;
     throw std::runtime_error("from a sink");
   });
   vorel::logging::SetElapsedTimeListener(
@@ -491,7 +491,7 @@ TEST_F(LoggingUnderFire, GeometryIsUntouchedByWhatItsRecordsMeet) {
   ASSERT_TRUE(Logger::Register(kId, LogLevel::kDebug, {sink}));
   RunInThreads([&](int) {
     for (int number = 0; number < perThread; ++number) {
-      if (!testsupport::SameBits(symbols(), expected)) ++differing;
+      if (!vorel::test::SameBits(symbols(), expected)) ++differing;
     }
   });
   vorel::logging::SetElapsedTimeListener(nullptr);

@@ -24,17 +24,18 @@ namespace {
 
 using tarvo::GeoCoordinate;
 using tarvo::GeoCoordinateZ;
-using testsupport::AwkwardLines;
-using testsupport::kInfinity;
-using testsupport::kNaN;
-using testsupport::Line;
-using testsupport::LineZ;
-using testsupport::RandomLine;
-using testsupport::RandomLineZ;
-using testsupport::SameBits;
-using testsupport::Uniform;
-using testsupport::WildLineZ;
-using testsupport::WithoutHeight;
+using vorel::test::AwkwardLines;
+using vorel::test::CumulativeTable;
+using vorel::test::kInfinity;
+using vorel::test::kNaN;
+using vorel::test::Line;
+using vorel::test::LineZ;
+using vorel::test::RandomLine;
+using vorel::test::RandomLineZ;
+using vorel::test::SameBits;
+using vorel::test::Uniform;
+using vorel::test::WildLineZ;
+using vorel::test::WithoutHeight;
 using Algorithm = vorel::VorelGeometryAlgorithm;
 
 constexpr unsigned kMaxIndex = std::numeric_limits<unsigned>::max();
@@ -58,14 +59,6 @@ double Sum(unsigned first, unsigned last) {
   double sum = 0.0;
   for (unsigned i = first; i < last; ++i) sum += FiveVertices()[i].DistanceTo(FiveVertices()[i + 1]);
   return sum;
-}
-
-std::vector<double> Table(const Line& line) {
-  std::vector<double> table;
-  if (line.empty()) return table;
-  table.push_back(0.0);
-  Algorithm::GetDistanceAndCache(line, 0, static_cast<unsigned>(line.size()) - 1, table);
-  return table;
 }
 
 template <class Point, class = void>
@@ -197,12 +190,12 @@ TEST(GetDistanceAndCache, ReservesTheTotalOnce) {
 
 TEST(GetDistanceAndCache, AllocatesTheCopyOfItsLineAlone) {
   std::mt19937 generator(21013);
-  const Line line = testsupport::RandomLine(generator, 300);
+  const Line line = vorel::test::RandomLine(generator, 300);
   std::vector<double> cache;
   cache.reserve(line.size());
-  const testsupport::AllocationCounter allocations;
+  const vorel::test::AllocationCounter allocations;
   Algorithm::GetDistanceAndCache(line, 0, 299, cache);
-  EXPECT_EQ(allocations.Count(), testsupport::CanCountAllocations() ? 1u : 0u);
+  EXPECT_EQ(allocations.Count(), vorel::test::CanCountAllocations() ? 1u : 0u);
   EXPECT_EQ(cache.size(), 299u);
 }
 
@@ -388,7 +381,7 @@ double Beyond(int index, const GeoCoordinate& point) {
 }
 
 TEST(DistanceOfA2BInRoute, IsPositiveWhenABehindB) {
-  const std::vector<double> table = Table(FiveVertices());
+  const std::vector<double> table = CumulativeTable(FiveVertices());
   const double expected = (Beyond(2, kPointA) - Beyond(0, kPointB)) + (table[2] - table[0]);
   const double length = Algorithm::DistanceOfA2BInRoute(kPointA, 2, kPointB, 0, FiveVertices(), table);
   EXPECT_GT(length, 0.0);
@@ -396,7 +389,7 @@ TEST(DistanceOfA2BInRoute, IsPositiveWhenABehindB) {
 }
 
 TEST(DistanceOfA2BInRoute, IsNegativeWhenABeforeB) {
-  const std::vector<double> table = Table(FiveVertices());
+  const std::vector<double> table = CumulativeTable(FiveVertices());
   const double expected = -(((0.0 - Beyond(0, kPointA)) + Beyond(2, kPointB)) + (table[2] - table[0]));
   const double length = Algorithm::DistanceOfA2BInRoute(kPointA, 0, kPointB, 2, FiveVertices(), table);
   EXPECT_LT(length, 0.0);
@@ -427,7 +420,7 @@ class DistanceOfA2BInRouteRefuses : public testing::TestWithParam<RefusedCase> {
 TEST_P(DistanceOfA2BInRouteRefuses, WithZero) {
   const RefusedCase& c = GetParam();
   // A table far too short shows that the indices are looked at first.
-  for (const std::vector<double>& table : {Table(FiveVertices()), std::vector<double>()}) {
+  for (const std::vector<double>& table : {CumulativeTable(FiveVertices()), std::vector<double>()}) {
     EXPECT_TRUE(SameBits(
         Algorithm::DistanceOfA2BInRoute(kPointA, c.indexA, kPointB, c.indexB, FiveVertices(), table), 0.0));
   }
@@ -509,7 +502,7 @@ TEST(DistancePointAAndPointB, KeepsTheOrderOfItsSum) {
 // ---- Properties -----------------------------------------------------------------------------------------------------
 
 void ExpectTableEntriesAreLengths(const Line& line) {
-  const std::vector<double> table = Table(line);
+  const std::vector<double> table = CumulativeTable(line);
   ASSERT_EQ(table.size(), line.size());
   const auto count = static_cast<unsigned>(line.size());
   for (unsigned i = 0; i < count; ++i) {
@@ -527,9 +520,9 @@ TEST(GetDistanceAndCache, TableEntriesAreLengths) {
 }
 
 TEST(GetDistanceAndCache, TableEntriesAreLengthsOnRealRoutes) {
-  const std::vector<testsupport::NamedLine> lines = testsupport::RealLines("routes");
+  const std::vector<vorel::test::NamedLine> lines = vorel::test::RealLines("routes");
   SKIP_WITHOUT_REAL_LINES(lines);
-  for (const testsupport::NamedLine& line : lines) {
+  for (const vorel::test::NamedLine& line : lines) {
     SCOPED_TRACE(line.name);
     // Every length is measured from the start anew: the first 500 vertices are plenty.
     ExpectTableEntriesAreLengths(Line(
@@ -545,7 +538,7 @@ GeoCoordinate PointNear(std::mt19937& generator, const Line& line, std::size_t i
 }
 
 void ExpectSwapNegates(std::mt19937& generator, const Line& line) {
-  const std::vector<double> table = Table(line);
+  const std::vector<double> table = CumulativeTable(line);
   for (int trial = 0; trial < 20; ++trial) {
     const auto a = static_cast<std::size_t>(generator() % line.size());
     const auto b = static_cast<std::size_t>(generator() % line.size());
@@ -571,9 +564,9 @@ TEST(DistanceOfA2BInRoute, NegatesWhenSwapped) {
 TEST(DistanceOfA2BInRoute, NegatesWhenSwappedOnRealRoutes) {
   constexpr unsigned kSeed = 31003;
   std::mt19937 generator(kSeed);
-  const std::vector<testsupport::NamedLine> lines = testsupport::RealLines("routes");
+  const std::vector<vorel::test::NamedLine> lines = vorel::test::RealLines("routes");
   SKIP_WITHOUT_REAL_LINES(lines);
-  for (const testsupport::NamedLine& line : lines) {
+  for (const vorel::test::NamedLine& line : lines) {
     SCOPED_TRACE(testing::Message() << "seed " << kSeed << ", " << line.name);
     ExpectSwapNegates(generator, line.points);
   }
@@ -589,7 +582,7 @@ TEST(FindFirstSmallerIndex, FindsTheSegmentOfATableEntry) {
   std::mt19937 generator(kSeed);
   for (int run = 0; run < 300; ++run) {
     SCOPED_TRACE(testing::Message() << "seed " << kSeed << ", run " << run);
-    const std::vector<double> table = Table(RandomLine(generator, 1 + run % 60));
+    const std::vector<double> table = CumulativeTable(RandomLine(generator, 1 + run % 60));
     const double target = Uniform(generator, -10.0, 1.1 * table.back() + 1.0);
     const int index = Algorithm::FindFirstSmallerIndex(table, target);
     ASSERT_GE(index, 0);
@@ -613,7 +606,7 @@ TEST(DistancePointAAndPointB, AgreesWithItsNeighbours) {
   for (int run = 0; run < 2000; ++run) {
     SCOPED_TRACE(testing::Message() << "seed " << kSeed << ", run " << run);
     LineZ line = RandomLineZ(generator, 3 + run % 100);
-    const std::vector<double> table = Table(WithoutHeight(line));
+    const std::vector<double> table = CumulativeTable(WithoutHeight(line));
     const auto a = static_cast<std::size_t>(generator() % (line.size() - 1));
     const auto b = a + 1 + generator() % (line.size() - 1 - a);
     const double offsetA = Uniform(generator, 0.0, table[a + 1] - table[a]) * 0.999;
@@ -666,7 +659,7 @@ int AnyIndex(std::mt19937& generator, const LineZ& line) {
 
 void ExpectPositionsMatchTwins(std::mt19937& generator, LineZ line) {
   const Line flat = WithoutHeight(line);
-  std::vector<double> table = Table(flat);
+  std::vector<double> table = CumulativeTable(flat);
   for (int trial = 0; trial < 30; ++trial) {
     const int indexA = AnyIndex(generator, line);
     const int indexB = AnyIndex(generator, line);
@@ -694,7 +687,7 @@ void ExpectPositionsMatchTwins(std::mt19937& generator, LineZ line) {
 
 void ExpectRouteDistancesMatchTwins(std::mt19937& generator, const LineZ& lineZ) {
   const Line line = WithoutHeight(lineZ);
-  const std::vector<double> whole = Table(line);
+  const std::vector<double> whole = CumulativeTable(line);
   for (int trial = 0; trial < 30; ++trial) {
     const int indexA = AnyIndex(generator, lineZ);
     const int indexB = AnyIndex(generator, lineZ);
@@ -752,9 +745,9 @@ class MeasurementOnRealLines : public testing::TestWithParam<const char*> {};
 TEST_P(MeasurementOnRealLines, MatchesTheTwins) {
   constexpr unsigned kSeed = 31008;
   std::mt19937 generator(kSeed);
-  const std::vector<testsupport::NamedLineZ>& lines = testsupport::RealLinesZ(GetParam());
+  const std::vector<vorel::test::NamedLineZ>& lines = vorel::test::RealLinesZ(GetParam());
   SKIP_WITHOUT_REAL_LINES(lines);
-  for (const testsupport::NamedLineZ& line : lines) {
+  for (const vorel::test::NamedLineZ& line : lines) {
     SCOPED_TRACE(line.name);
     ExpectRouteDistancesMatchTwins(generator, line.points);
     ExpectPositionsMatchTwins(generator, line.points);

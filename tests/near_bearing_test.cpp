@@ -15,11 +15,11 @@
 namespace {
 
 using tarvo::GeoCoordinate;
-using testsupport::Numbers;
 using vorel::VorelGeometryAlgorithm;
 using vorel::internal::NearAtan2;
 using vorel::internal::NearBearing;
 using vorel::internal::NearBearingBetween;
+using vorel::test::Numbers;
 
 constexpr double kRadiansPerDegree = 0.017453292519943295;
 constexpr double kTwoPi = 6.283185307179586;
@@ -76,7 +76,7 @@ TEST(NearBearing, StaysWithinItsErrorOfTheLibrarysBearing) {
     ++known;
     const double library = VorelGeometryAlgorithm::GetAngle(from, to) * kRadiansPerDegree;
     const double difference = std::fabs(std::remainder(bearing.radians - library, kTwoPi));
-    ASSERT_LE(difference, bearing.error) << testsupport::Paste(from) << testsupport::Paste(to);
+    ASSERT_LE(difference, bearing.error) << vorel::test::Paste(from) << vorel::test::Paste(to);
     worstShare = std::max(worstShare, difference / bearing.error);
   }
   EXPECT_GT(known, 2500000);
@@ -91,8 +91,8 @@ TEST(NearBearing, KnowsALaneSegmentToAHundredMillionthOfADegree) {
 TEST(NearBearing, KnowsNothingOfOthers) {
   for (const GeoCoordinate& to :
        {GeoCoordinate(11.62, 48.1), GeoCoordinate(11.5, 48.3), GeoCoordinate(11.5, 48.1),
-        GeoCoordinate(testsupport::kNaN, 48.1), GeoCoordinate(11.5, testsupport::kNaN),
-        GeoCoordinate(testsupport::kInfinity, 48.1)}) {
+        GeoCoordinate(vorel::test::kNaN, 48.1), GeoCoordinate(11.5, vorel::test::kNaN),
+        GeoCoordinate(vorel::test::kInfinity, 48.1)}) {
     EXPECT_FALSE(Between({11.5, 48.1}, to).error < 1.0);
   }
   EXPECT_FALSE(Between({11.5, 90.0}, {11.6, 90.05}).error < 1.0);

@@ -19,12 +19,12 @@ using tarvo::GeoCoordinate;
 using tarvo::geodesy::InverseDistance;
 using tarvo::geodesy::MidSquaredDistance;
 using tarvo::geodesy::NearSquaredDistance;
-using testsupport::Bits;
-using testsupport::SameBits;
+using vorel::test::Bits;
+using vorel::test::SameBits;
 
 /// FNV-1a over the bits of the distances of 20,000 pairs with differences up to `limit` degrees, all over the earth.
 std::uint64_t DigestOfDistances(double limit) {
-  testsupport::Numbers numbers(20262);
+  vorel::test::Numbers numbers(20262);
   std::uint64_t digest = 0xcbf29ce484222325u;
   for (int run = 0; run < 20000; ++run) {
     // Most pairs are short, as in real lines.
@@ -49,7 +49,7 @@ TEST(SeriesDigest, OfMidPairsIsTheSameEverywhere) {
 // Where the series are used, their corrections are too small for every rounding in them to show. Far beyond their
 // limits they weigh as much as the rest.
 TEST(SeriesDigest, OfTheSeriesBeyondTheirLimitsIsTheSameEverywhere) {
-  testsupport::Numbers numbers(20263);
+  vorel::test::Numbers numbers(20263);
   std::uint64_t nearDigest = 0xcbf29ce484222325u, midDigest = 0xcbf29ce484222325u;
   for (int run = 0; run < 20000; ++run) {
     const double u = numbers.Between(-200.0, 200.0), v = numbers.Between(-200.0, 200.0);

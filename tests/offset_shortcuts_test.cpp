@@ -18,13 +18,13 @@ namespace {
 
 using tarvo::GeoCoordinate;
 using tarvo::GeoCoordinateZ;
-using testsupport::kInfinity;
-using testsupport::kNaN;
-using testsupport::LineZ;
-using testsupport::LocalMetres;
-using testsupport::Numbers;
-using testsupport::SameBits;
 using vorel::VorelGeometryAlgorithm;
+using vorel::test::kInfinity;
+using vorel::test::kNaN;
+using vorel::test::LineZ;
+using vorel::test::LocalMetres;
+using vorel::test::Numbers;
+using vorel::test::SameBits;
 
 testing::AssertionResult IsAsThePlainOffset(const LineZ& line, float offset, bool left) {
   LineZ expected, actual;
@@ -32,7 +32,7 @@ testing::AssertionResult IsAsThePlainOffset(const LineZ& line, float offset, boo
   VorelGeometryAlgorithm::PanLinePoints(line, offset, left, actual);
   testing::AssertionResult same = SameBits(actual, expected);
   if (!same)
-    same << " for " << testsupport::Paste(line) << ", offset " << offset << (left ? " left" : " right");
+    same << " for " << vorel::test::Paste(line) << ", offset " << offset << (left ? " left" : " right");
   return same;
 }
 
@@ -139,7 +139,7 @@ TEST(OffsetShortcuts, InvalidPointsAtEveryPlace) {
       for (const bool isLatitude : {true, false}) {
         LineZ line = LocalMetres(8.4, 49.0).LineAt({{0, 0}, {5, 1}, {9, 4}, {10, 9}, {10, 14}});
         (isLatitude ? line[i].latitude : line[i].longitude) = bad;
-        for (const float offset : {1.5f, -40.0f, 0.0f, testsupport::kNaNFloat, testsupport::kInfinityFloat}) {
+        for (const float offset : {1.5f, -40.0f, 0.0f, vorel::test::kNaNFloat, vorel::test::kInfinityFloat}) {
           EXPECT_TRUE(IsAsThePlainOffset(line, offset, true));
         }
       }

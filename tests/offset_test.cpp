@@ -20,17 +20,17 @@ namespace {
 
 using tarvo::GeoCoordinate;
 using tarvo::GeoCoordinateZ;
-using testsupport::Bits;
-using testsupport::kInfinityFloat;
-using testsupport::kNaN;
-using testsupport::kNaNFloat;
-using testsupport::LineZ;
-using testsupport::LocalMetres;
-using testsupport::NamedLineZ;
-using testsupport::OneOf;
-using testsupport::SameBits;
-using testsupport::Uniform;
 using vorel::VorelGeometryAlgorithm;
+using vorel::test::Bits;
+using vorel::test::kInfinityFloat;
+using vorel::test::kNaN;
+using vorel::test::kNaNFloat;
+using vorel::test::LineZ;
+using vorel::test::LocalMetres;
+using vorel::test::NamedLineZ;
+using vorel::test::OneOf;
+using vorel::test::SameBits;
+using vorel::test::Uniform;
 
 constexpr double kPi = 3.141592653589793;
 constexpr double kRadiansPerDegree = 0.017453292519943295;
@@ -105,7 +105,7 @@ INSTANTIATE_TEST_SUITE_P(
                         "AcrossThePole", {{20.0, 89.999, 1.0f}, {20.0, 90.0, 2.0f}}, 10.0f, kRight, 90.0f},
                     StraightCase{"NaNOffset", kNorth, kNaNFloat, kRight, 90.0f},
                     StraightCase{"InfiniteOffset", kNorth, kInfinityFloat, kLeft, 270.0f}),
-    testsupport::CaseName<StraightCase>);
+    vorel::test::CaseName<StraightCase>);
 
 // A heading 1 degree west of north: its normals lie at 89 and 269 degrees, found through 359 and the fold.
 TEST(PanLinePoints, FoldsHeadingsAcrossNorth) {
@@ -150,10 +150,10 @@ TEST(PanLinePoints, ReservesOnce) {
   LineZ line;
   for (int i = 0; i < 77; ++i) line.emplace_back(8.0 + i * 1e-4, 49.0, 0.0f);
   LineZ result;
-  const testsupport::AllocationCounter allocations;
+  const vorel::test::AllocationCounter allocations;
   VorelGeometryAlgorithm::PanLinePoints(line, 1.0f, kLeft, result);
   EXPECT_EQ(result.capacity(), line.size());
-  if (testsupport::CanCountAllocations()) {
+  if (vorel::test::CanCountAllocations()) {
     EXPECT_EQ(allocations.Count(), 1u);
   }
 }
@@ -287,7 +287,7 @@ INSTANTIATE_TEST_SUITE_P(
         BendCase{"GapOf9Millimetres", 1, 0.516f, kLeft, false},
         BendCase{"GapOf11Millimetres", 1, 0.630f, kLeft, true},
         BendCase{"StraightOn", 0, 3.0f, kLeft, false}),
-    testsupport::CaseName<BendCase>);
+    vorel::test::CaseName<BendCase>);
 
 // The two moved segments span equally many degrees of longitude as the two legs, to some 1e-12.
 TEST(PanLinePointsJoint, VerticalEndsAtAMillionthOfADegree) {
@@ -327,9 +327,9 @@ TEST(PanLinePointsJoint, GoesStraightOnBelowACentimetre) {
     const MovedSegments m = Move(line, offset, kRight);
     const bool goesStraightOn = gap(m) < 0.01;
     (goesStraightOn ? below : beyond) += 1;
-    ASSERT_EQ(testsupport::AreSameBits(GeoCoordinate(Offset(line, offset, kRight)[1]), m.previousEnd),
+    ASSERT_EQ(vorel::test::AreSameBits(GeoCoordinate(Offset(line, offset, kRight)[1]), m.previousEnd),
               goesStraightOn)
-        << testsupport::Paste(offset);
+        << vorel::test::Paste(offset);
   }
   EXPECT_GT(below, 20);
 }
@@ -422,7 +422,7 @@ TEST(OffsetDifferential, RandomLines) {
   std::mt19937 generator(52002);
   for (int run = 0; run < 1000; ++run) {
     SCOPED_TRACE(testing::Message() << "seed 52002, run " << run);
-    CompareOffsets(testsupport::RandomLineZ(generator, static_cast<int>(generator() % 60)));
+    CompareOffsets(vorel::test::RandomLineZ(generator, static_cast<int>(generator() % 60)));
   }
 }
 
@@ -430,12 +430,12 @@ TEST(OffsetDifferential, WildLines) {
   std::mt19937 generator(52003);
   for (int run = 0; run < 1000; ++run) {
     SCOPED_TRACE(testing::Message() << "seed 52003, run " << run);
-    CompareOffsets(testsupport::WildLineZ(generator, static_cast<int>(generator() % 30)));
+    CompareOffsets(vorel::test::WildLineZ(generator, static_cast<int>(generator() % 30)));
   }
 }
 
 TEST(OffsetDifferential, RealLanes) {
-  const std::vector<NamedLineZ>& lanes = testsupport::RealLinesZ("lanes");
+  const std::vector<NamedLineZ>& lanes = vorel::test::RealLinesZ("lanes");
   SKIP_WITHOUT_REAL_LINES(lanes);
   for (const NamedLineZ& lane : lanes) {
     SCOPED_TRACE(lane.name);

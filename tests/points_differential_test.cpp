@@ -17,10 +17,10 @@ namespace {
 
 using tarvo::GeoCoordinate;
 using tarvo::GeoCoordinateZ;
-using testsupport::Line;
-using testsupport::Numbers;
-using testsupport::Paste;
-using testsupport::SameBits;
+using vorel::test::Line;
+using vorel::test::Numbers;
+using vorel::test::Paste;
+using vorel::test::SameBits;
 using Algorithm = vorel::VorelGeometryAlgorithm;
 using GeoRect = tarvo::Rect<GeoCoordinate>;
 
@@ -32,7 +32,7 @@ TEST(PointProperties, BoundHoldsEveryPointAndTouchesOneOnEachSide) {
   std::mt19937 generator(kSeed);
   for (int run = 0; run < 500; ++run) {
     SCOPED_TRACE(testing::Message() << "seed " << kSeed << ", run " << run);
-    const Line line = testsupport::RandomLine(generator, 1 + run % 50);
+    const Line line = vorel::test::RandomLine(generator, 1 + run % 50);
     GeoRect bound;
     ASSERT_TRUE(Algorithm::GetBound(line.data(), static_cast<unsigned>(line.size()), bound));
     bool west = false, east = false, south = false, north = false;
@@ -159,7 +159,7 @@ TEST(PointProperties, LinePointLiesAtTheDistanceAskedFor) {
 TEST(PointTwins, Bounds) {
   std::mt19937 generator(kSeed);
   for (int run = 0; run < 5000; ++run) {
-    const Line line = testsupport::WildLine(generator, 1 + run % 40);
+    const Line line = vorel::test::WildLine(generator, 1 + run % 40);
     GeoRect bound, expected;
     const unsigned count = static_cast<unsigned>(line.size());
     ASSERT_EQ(Algorithm::GetBound(line.data(), count, bound),

@@ -21,14 +21,14 @@ namespace {
 
 using tarvo::GeoCoordinate;
 using tarvo::GeoCoordinateZ;
-using testsupport::Bits;
-using testsupport::CaseName;
-using testsupport::kInfinity;
-using testsupport::kInfinityFloat;
-using testsupport::kNaN;
-using testsupport::kNaNFloat;
-using testsupport::Line;
-using testsupport::SameBits;
+using vorel::test::Bits;
+using vorel::test::CaseName;
+using vorel::test::kInfinity;
+using vorel::test::kInfinityFloat;
+using vorel::test::kNaN;
+using vorel::test::kNaNFloat;
+using vorel::test::Line;
+using vorel::test::SameBits;
 using Algorithm = vorel::VorelGeometryAlgorithm;
 using GeoRect = tarvo::Rect<GeoCoordinate>;
 
@@ -134,7 +134,7 @@ JOIN_AWKWARD_LINES(GetBound, [](const Line& line) {
             reference::GetBound(line.data(), count, expected));
   EXPECT_TRUE(SameBits(bound, expected));
   for (const GeoCoordinate& point : line) {
-    EXPECT_TRUE(Algorithm::IsRectContainsPoint(bound, point)) << testsupport::Paste(point);
+    EXPECT_TRUE(Algorithm::IsRectContainsPoint(bound, point)) << vorel::test::Paste(point);
   }
 });
 
@@ -287,12 +287,12 @@ TEST(IsPointNearOtherOne, TakesTheFirstArgumentAsTheCentre) {
 
 TEST(IsPointNearOtherOne, RoundsTheBorderNotTheDifference) {
   constexpr unsigned kSeed = 20263;
-  testsupport::Numbers numbers(kSeed);
+  vorel::test::Numbers numbers(kSeed);
   for (int run = 0; run < 1000; ++run) {
     // Sums of ordinary coordinates and the half widths, which are floats, are exact.
     const GeoCoordinate center{numbers.Magnitude(1e-9, 0.1), numbers.Magnitude(1e-9, 0.1)};
     SCOPED_TRACE(testing::Message() << "seed " << kSeed << ", run " << run << ", centre "
-                                    << testsupport::Paste(center));
+                                    << vorel::test::Paste(center));
     const double halfWidth = kHalfWidths[run % 4];
     const float metres = run % 4 == 0 ? 5.0f : run % 4 == 1 ? 50.0f : run % 4 == 2 ? 500.0f : 5000.0f;
     const auto isNear = [&](double longitude, double latitude) {

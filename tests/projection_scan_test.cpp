@@ -19,11 +19,11 @@
 namespace {
 
 using tarvo::GeoCoordinateZ;
-using testsupport::kInfinity;
-using testsupport::kNaN;
-using testsupport::LineZ;
-using testsupport::Numbers;
 using vorel::VorelGeometryAlgorithm;
+using vorel::test::kInfinity;
+using vorel::test::kNaN;
+using vorel::test::LineZ;
+using vorel::test::Numbers;
 
 constexpr int kIntMax = std::numeric_limits<int>::max();
 
@@ -51,10 +51,10 @@ Outputs Run(int start, const Search& search) {
 testing::AssertionResult Same(const char* function, const Outputs& actual, const Outputs& expected,
                               const Question& q, const LineZ& line) {
   if (actual.ok == expected.ok && actual.startIndex == expected.startIndex &&
-      actual.resultIndex == expected.resultIndex && testsupport::AreSameBits(actual.ratio, expected.ratio)) {
+      actual.resultIndex == expected.resultIndex && vorel::test::AreSameBits(actual.ratio, expected.ratio)) {
     return testing::AssertionSuccess();
   }
-  using testsupport::Paste;
+  using vorel::test::Paste;
   return testing::AssertionFailure() << function << " gives " << Paste(actual.ok) << " start "
                                      << actual.startIndex << " index " << actual.resultIndex << " ratio "
                                      << Paste(actual.ratio) << ", should give " << Paste(expected.ok)

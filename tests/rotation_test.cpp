@@ -17,13 +17,13 @@
 namespace {
 
 using tarvo::GeoCoordinate;
-using testsupport::CaseName;
-using testsupport::kInfinity;
-using testsupport::kNaN;
-using testsupport::Line;
-using testsupport::Numbers;
-using testsupport::Paste;
-using testsupport::SameBits;
+using vorel::test::CaseName;
+using vorel::test::kInfinity;
+using vorel::test::kNaN;
+using vorel::test::Line;
+using vorel::test::Numbers;
+using vorel::test::Paste;
+using vorel::test::SameBits;
 using Algorithm = vorel::VorelGeometryAlgorithm;
 
 constexpr unsigned kSeed = 20262;

@@ -31,13 +31,14 @@ namespace {
 
 using tarvo::GeoCoordinate;
 using tarvo::RoutePos;
-using testsupport::kInfinity;
-using testsupport::kNaN;
-using testsupport::Line;
-using testsupport::RandomLine;
-using testsupport::SameBits;
-using testsupport::Uniform;
-using testsupport::WildLine;
+using vorel::test::CumulativeTable;
+using vorel::test::kInfinity;
+using vorel::test::kNaN;
+using vorel::test::Line;
+using vorel::test::RandomLine;
+using vorel::test::SameBits;
+using vorel::test::Uniform;
+using vorel::test::WildLine;
 using Algorithm = vorel::VorelGeometryAlgorithm;
 
 const GeoCoordinate kNaNPoint(kNaN, kNaN);
@@ -46,14 +47,6 @@ const GeoCoordinate kHeld(1.0, 2.0);  // what the caller already had in the outp
 const Line& Route() {
   static const Line line{{7.5, 47.5}, {7.5013, 47.5002}, {7.502, 47.501}, {7.5017, 47.503}, {7.504, 47.5047}};
   return line;
-}
-
-std::vector<double> Table(const Line& line) {
-  std::vector<double> table;
-  if (line.empty()) return table;
-  table.push_back(0.0);
-  Algorithm::GetDistanceAndCache(line, 0, static_cast<unsigned>(line.size()) - 1, table);
-  return table;
 }
 
 /// The point of the route at the float `ratio` between vertex i and vertex j.
@@ -255,7 +248,7 @@ class ChainBehindOffset : public testing::Test {
   ChainBehindOffset() {
     vorel::logging::vorel_log_instance_id_ = kId;
     plog::Logger::Register(kId, plog::LogLevel::kDebug, {memory_});
-    testsupport::ResetTagNameCalls();
+    vorel::test::ResetTagNameCalls();
   }
   ~ChainBehindOffset() override {
     plog::Logger::Unregister(kId);
@@ -412,7 +405,7 @@ TEST_F(ChainBehindOffset, WritesARecordWithAllItsFields) {
   EXPECT_EQ(record.threadId, plog::Util::GetTid());
   EXPECT_LE(Milliseconds(before), Milliseconds(record.time));
   EXPECT_LE(Milliseconds(record.time), Milliseconds(after));
-  EXPECT_EQ(testsupport::TagNameCalls(), std::vector<int>{11});
+  EXPECT_EQ(vorel::test::TagNameCalls(), std::vector<int>{11});
 }
 
 TEST_F(ChainBehindOffset, WritesToTheLoggerOfTheMoment) {
@@ -432,7 +425,7 @@ TEST_F(ChainBehindOffset, AllocatesNothingWhenTheOutputHasTheRoom) {
   const std::vector<RoutePos> positions = Chain(5);
   Line out;
   out.reserve(6);
-  const testsupport::AllocationCounter allocations;
+  const vorel::test::AllocationCounter allocations;
   ASSERT_TRUE(Algorithm::ChoosePointsInPolylineWithOffset(positions, 150.0, out, Route(), kHundreds));
   out.clear();
   ASSERT_TRUE(Algorithm::ChoosePointsInPolylineFromBasePoint(0, Route()[0], 350.0, Route(), kHundreds, out));
@@ -444,11 +437,11 @@ TEST_F(ChainBehindOffset, IsSilentAboveItsLevel) {
   ASSERT_TRUE(plog::Logger::SetMinimumLevel(kId, plog::LogLevel{3}));
   const std::vector<RoutePos> positions = Chain(2);
   Line out;
-  const testsupport::AllocationCounter allocations;
+  const vorel::test::AllocationCounter allocations;
   EXPECT_FALSE(Algorithm::ChoosePointsInPolylineWithOffset(positions, 1e6, out, Route(), kHundreds));
   EXPECT_EQ(allocations.Count(), 0u);
   EXPECT_EQ(memory_->Count(), 0u);
-  EXPECT_TRUE(testsupport::TagNameCalls().empty());
+  EXPECT_TRUE(vorel::test::TagNameCalls().empty());
   ASSERT_TRUE(plog::Logger::SetMinimumLevel(kId, plog::LogLevel{2}));
   EXPECT_FALSE(Algorithm::ChoosePointsInPolylineWithOffset(positions, 1e6, out, Route(), kHundreds));
   EXPECT_EQ(memory_->Count(), 1u);
@@ -605,7 +598,7 @@ TEST(Candidates, SaturateTheTotal) {
 
 /// Distance of every sample from its place k times `interval` along the line.
 double WorstOffPlace(const Line& line, const Line& samples, double interval) {
-  const std::vector<double> table = Table(line);
+  const std::vector<double> table = CumulativeTable(line);
   double worst = 0.0;
   for (std::size_t k = 0; k < samples.size(); ++k) {
     const double place = static_cast<double>(k) * interval;
@@ -625,7 +618,7 @@ TEST(Candidates, LieKTimesTheSpacingAlongTheLine) {
   for (int run = 0; run < 2000; ++run) {
     SCOPED_TRACE(testing::Message() << "seed " << kSeed << ", run " << run);
     const Line line = RandomLine(generator, 5 + run % 80);
-    const double length = Table(line).back();
+    const double length = CumulativeTable(line).back();
     const auto count = static_cast<unsigned>(2 + generator() % 40);
     const double spacing = std::floor(std::floor(length) / (count - 1));
     Line out;
@@ -638,14 +631,14 @@ TEST(Candidates, LieKTimesTheSpacingAlongTheLine) {
 }
 
 TEST(Candidates, LieKTimesTheSpacingAlongRealRoutes) {
-  const std::vector<testsupport::NamedLine> lines = testsupport::RealLines("routes");
+  const std::vector<vorel::test::NamedLine> lines = vorel::test::RealLines("routes");
   SKIP_WITHOUT_REAL_LINES(lines);
   // Metres; worst was 0.26, on segments of some kilometres on the coast of Chukotka (0.019 on the motorways).
   constexpr double kRealSlack = 0.5;
-  for (const testsupport::NamedLine& line : lines) {
+  for (const vorel::test::NamedLine& line : lines) {
     SCOPED_TRACE(line.name);
     for (const unsigned count : {2u, 17u, 1000u}) {
-      const double spacing = std::floor(std::floor(Table(line.points).back()) / (count - 1));
+      const double spacing = std::floor(std::floor(CumulativeTable(line.points).back()) / (count - 1));
       Line out;
       ASSERT_EQ(Algorithm::CalculateCandidatePoints({line.points}, count, out), spacing > 0.0);
       ASSERT_LE(out.size(), count);
@@ -680,7 +673,7 @@ TEST(StretchAhead, IsAsLongAsAsked) {
   for (int run = 0; run < 2000; ++run) {
     SCOPED_TRACE(testing::Message() << "seed " << kSeed << ", run " << run);
     const Line line = RandomLine(generator, 10 + run % 60);
-    const std::vector<double> table = Table(line);
+    const std::vector<double> table = CumulativeTable(line);
     const std::size_t index = generator() % 5;
     const GeoCoordinate base = Algorithm::GetInsertPointFromSegment(
         line[index], line[index + 1], static_cast<float>(Uniform(generator, 0.0, 1.0)));
@@ -690,7 +683,7 @@ TEST(StretchAhead, IsAsLongAsAsked) {
     ASSERT_TRUE(Algorithm::ChoosePointsInPolylineFromBasePoint(static_cast<int>(index), base, length, line,
                                                                table, out));
     // Up to a metre is lost to the whole metres of the start.
-    const double error = Table(out).back() - length;
+    const double error = CumulativeTable(out).back() - length;
     ASSERT_LE(error, kRandomSlack);
     ASSERT_GT(error, -1.0 - kRandomSlack);
     shortest = std::min(shortest, error);
@@ -701,7 +694,7 @@ TEST(StretchAhead, IsAsLongAsAsked) {
 // ---- Against the plain twins ----------------------------------------------------------------------------------------
 
 std::vector<double> AnyTable(std::mt19937& generator, const Line& line) {
-  std::vector<double> table = Table(line);
+  std::vector<double> table = CumulativeTable(line);
   const std::size_t kind = generator() % 8;
   if (kind == 0) table.resize(generator() % (line.size() + 2), 1e4);
   if (kind == 1 && !table.empty()) table[generator() % table.size()] = kNaN;
@@ -735,7 +728,7 @@ void ExpectStretchesMatchTwin(std::mt19937& generator, const Line& line) {
                               kNaN,
                               kInfinity};
     for (const double length : lengths) {
-      SCOPED_TRACE(testing::Message() << "index " << index << ", length " << testsupport::Paste(length));
+      SCOPED_TRACE(testing::Message() << "index " << index << ", length " << vorel::test::Paste(length));
       Line out{kHeld};
       Line expected{kHeld};
       bool ok = false;
@@ -780,7 +773,7 @@ void ExpectChainsMatchTwin(std::mt19937& generator, const Line& line) {
     double offset = Uniform(generator, 0.0, 1.2) * total;
     if (trial % 3 == 0) offset = Uniform(generator, 0.0, 300.0);
     if (trial % 7 == 0) offset = std::vector<double>{0.0, -1.0, kNaN, kInfinity, 1e-9}[generator() % 5];
-    SCOPED_TRACE(testing::Message() << "offset " << testsupport::Paste(offset));
+    SCOPED_TRACE(testing::Message() << "offset " << vorel::test::Paste(offset));
     Line out{kHeld};
     Line expected{kHeld};
     bool ok = false;
@@ -861,9 +854,9 @@ TEST(RouteSampling, MatchesTheTwinsOnWildLines) {
 TEST(RouteSampling, MatchesTheTwinsOnRealRoutes) {
   constexpr unsigned kSeed = 34006;
   std::mt19937 generator(kSeed);
-  const std::vector<testsupport::NamedLine> lines = testsupport::RealLines("routes");
+  const std::vector<vorel::test::NamedLine> lines = vorel::test::RealLines("routes");
   SKIP_WITHOUT_REAL_LINES(lines);
-  for (const testsupport::NamedLine& line : lines) {
+  for (const vorel::test::NamedLine& line : lines) {
     SCOPED_TRACE(testing::Message() << "seed " << kSeed << ", " << line.name);
     ExpectAllMatchTwins(generator, line.points);
   }

@@ -25,15 +25,15 @@
 namespace {
 
 using tarvo::GeoCoordinate;
-using testsupport::kInfinity;
-using testsupport::kInfinityFloat;
-using testsupport::kNaN;
-using testsupport::kNaNFloat;
-using testsupport::Line;
-using testsupport::RandomLine;
-using testsupport::SameBits;
-using testsupport::Uniform;
-using testsupport::WildLine;
+using vorel::test::kInfinity;
+using vorel::test::kInfinityFloat;
+using vorel::test::kNaN;
+using vorel::test::kNaNFloat;
+using vorel::test::Line;
+using vorel::test::RandomLine;
+using vorel::test::SameBits;
+using vorel::test::Uniform;
+using vorel::test::WildLine;
 using Algorithm = vorel::VorelGeometryAlgorithm;
 using Route = std::vector<Line>;
 
@@ -165,7 +165,7 @@ TEST(Thinning, TakesTheKeptPointAsTheCentreOfTheBox) {
   std::mt19937 generator(35000);
   int told = 0;
   for (int run = 0; run < 1000; ++run) {
-    const GeoCoordinate anchor(testsupport::Uniform(generator, -1e-6, 1e-6) / 3.0, 85.0);
+    const GeoCoordinate anchor(vorel::test::Uniform(generator, -1e-6, 1e-6) / 3.0, 85.0);
     const GeoCoordinate point(anchor.longitude + halfWidth, 85.0);
     if (!(point.longitude - halfWidth > anchor.longitude)) continue;
     ++told;
@@ -355,7 +355,7 @@ TEST_F(ThinningTimer, ReportsWhenAnExceptionLeaves) {
     reports_ = 0;
     bool threw = false;
     {
-      const testsupport::AllocationLimit limit(allowed);
+      const vorel::test::AllocationLimit limit(allowed);
       try {
         Algorithm::PreProcessRoutePoints(routes, 2, 15.0f, 0, owner, out);
       } catch (const std::bad_alloc&) {
@@ -406,9 +406,9 @@ TEST(Thinning, KeepsNeighboursApart) {
 }
 
 TEST(Thinning, KeepsNeighboursApartOnRealRoutes) {
-  const std::vector<testsupport::NamedLine> lines = testsupport::RealLines("routes");
+  const std::vector<vorel::test::NamedLine> lines = vorel::test::RealLines("routes");
   SKIP_WITHOUT_REAL_LINES(lines);
-  for (const testsupport::NamedLine& line : lines) {
+  for (const vorel::test::NamedLine& line : lines) {
     SCOPED_TRACE(line.name);
     for (const float minSpacing : {1.0f, 10.9f, 37.5f, 200.0f, 1500.0f})
       ExpectSpaced(line.points, minSpacing);
@@ -492,10 +492,10 @@ TEST(Thinning, MatchesTheTwinsAboutTheSpacing) {
 }
 
 TEST(Thinning, MatchesTheTwinsOnRealRoutes) {
-  const std::vector<testsupport::NamedLine> lines = testsupport::RealLines("routes");
+  const std::vector<vorel::test::NamedLine> lines = vorel::test::RealLines("routes");
   SKIP_WITHOUT_REAL_LINES(lines);
   Route all;
-  for (const testsupport::NamedLine& line : lines) {
+  for (const vorel::test::NamedLine& line : lines) {
     SCOPED_TRACE(line.name);
     ExpectMatchesTwins({line.points});
     all.push_back(line.points);

@@ -22,15 +22,15 @@ namespace {
 
 using tarvo::GeoCoordinate;
 using tarvo::GeoCoordinateZ;
-using testsupport::kInfinity;
-using testsupport::kNaN;
-using testsupport::Line;
-using testsupport::LineZ;
-using testsupport::RandomLineZ;
-using testsupport::SameBits;
-using testsupport::Uniform;
-using testsupport::WildLineZ;
-using testsupport::WithoutHeight;
+using vorel::test::kInfinity;
+using vorel::test::kNaN;
+using vorel::test::Line;
+using vorel::test::LineZ;
+using vorel::test::RandomLineZ;
+using vorel::test::SameBits;
+using vorel::test::Uniform;
+using vorel::test::WildLineZ;
+using vorel::test::WithoutHeight;
 using Algorithm = vorel::VorelGeometryAlgorithm;
 
 const GeoCoordinate kNaNPoint(kNaN, kNaN);
@@ -325,9 +325,9 @@ TEST(HeadAndTail, RejoinTheLine) {
 TEST(HeadAndTail, RejoinRealRoutes) {
   constexpr unsigned kSeed = 32002;
   std::mt19937 generator(kSeed);
-  const std::vector<testsupport::NamedLine> lines = testsupport::RealLines("routes");
+  const std::vector<vorel::test::NamedLine> lines = vorel::test::RealLines("routes");
   SKIP_WITHOUT_REAL_LINES(lines);
-  for (const testsupport::NamedLine& line : lines) {
+  for (const vorel::test::NamedLine& line : lines) {
     SCOPED_TRACE(testing::Message() << "seed " << kSeed << ", " << line.name);
     for (int trial = 0; trial < 20; ++trial) {
       ExpectHeadAndTailRejoin(line.points,
@@ -369,7 +369,7 @@ void ExpectMatchesTwins(const LineZ& lineZ) {
     }
   }
   for (const double length : lengths) {
-    SCOPED_TRACE(testing::Message() << "length " << testsupport::Paste(length));
+    SCOPED_TRACE(testing::Message() << "length " << vorel::test::Paste(length));
     Line out{kHeld};
     Line expected{kHeld};
     EXPECT_EQ(
@@ -421,7 +421,7 @@ TEST(Cuts, MatchTheTwinsOnLongLines) {
       if (vertex >= line.size()) break;
       const double reach = Reach(line, vertex);
       for (const double length : {Previous(reach), reach, Next(reach)}) {
-        SCOPED_TRACE(testing::Message() << "length " << testsupport::Paste(length));
+        SCOPED_TRACE(testing::Message() << "length " << vorel::test::Paste(length));
         Line out, expected;
         Tail(line, length, out);
         reference::ChoosePointsInPolyline(line.data(), static_cast<unsigned>(line.size()), length, expected);
@@ -444,7 +444,7 @@ TEST(Cuts, AllocateNothingWhenTheOutputHasTheRoom) {
   LineZ outZ = lineZ;
   out.reserve(line.size() + 1);
   outZ.reserve(line.size() + 1);
-  const testsupport::AllocationCounter allocations;
+  const vorel::test::AllocationCounter allocations;
   for (const double part : {0.0001, 0.5, 0.9999, 2.0}) {
     Tail(line, part * whole, out);
     out.clear();
@@ -459,9 +459,9 @@ TEST(Cuts, AllocateNothingWhenTheOutputHasTheRoom) {
 class CutsOfRealLines : public testing::TestWithParam<const char*> {};
 
 TEST_P(CutsOfRealLines, MatchTheTwins) {
-  const std::vector<testsupport::NamedLineZ>& lines = testsupport::RealLinesZ(GetParam());
+  const std::vector<vorel::test::NamedLineZ>& lines = vorel::test::RealLinesZ(GetParam());
   SKIP_WITHOUT_REAL_LINES(lines);
-  for (const testsupport::NamedLineZ& line : lines) {
+  for (const vorel::test::NamedLineZ& line : lines) {
     SCOPED_TRACE(line.name);
     ExpectMatchesTwins(line.points);
   }

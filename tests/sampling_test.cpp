@@ -16,24 +16,22 @@
 #include "reference/sampling_reference.h"
 #include "support/bits.h"
 #include "support/lines.h"
+#include "support/uniform.h"
 #include "tests/support/allocation_counter.h"
 
 namespace {
 
 using tarvo::GeoCoordinate;
-using testsupport::kInfinity;
-using testsupport::kNaN;
-using testsupport::Line;
-using testsupport::NamedLine;
-using testsupport::SameBits;
 using vorel::VorelGeometryAlgorithm;
+using vorel::test::kInfinity;
+using vorel::test::kNaN;
+using vorel::test::Line;
+using vorel::test::NamedLine;
+using vorel::test::SameBits;
+using vorel::test::Uniform;
 
 constexpr int kNoLimit = 0;
 constexpr double kDenormal = std::numeric_limits<double>::denorm_min();
-
-double Uniform(std::mt19937& generator, double low, double high) {
-  return low + (high - low) * (static_cast<double>(generator()) / 4294967296.0);
-}
 
 // A vertex `metres` east of (0, 0) on the equator, to 2 nanometres for some hundred metres.
 GeoCoordinate East(double metres) {
@@ -382,7 +380,7 @@ TEST(CalcPointsInPolyline, SamplesLieAWholeNumberOfIntervalsAlongRandomLines) {
   std::mt19937 generator(kSeed);
   for (int run = 0; run < kRuns; ++run) {
     SCOPED_TRACE(testing::Message() << "seed " << kSeed << ", run " << run);
-    const Line line = testsupport::RandomLine(generator, 2 + static_cast<int>(generator() % 60));
+    const Line line = vorel::test::RandomLine(generator, 2 + static_cast<int>(generator() % 60));
     const double interval = std::exp(Uniform(generator, std::log(0.5), std::log(400.0)));
     Line samples;
     ASSERT_TRUE(VorelGeometryAlgorithm::CalcPointsInPolyline(line, interval, 0, samples));
@@ -393,7 +391,7 @@ TEST(CalcPointsInPolyline, SamplesLieAWholeNumberOfIntervalsAlongRandomLines) {
 }
 
 TEST(CalcPointsInPolyline, SamplesLieAWholeNumberOfIntervalsAlongRealRoutes) {
-  const std::vector<NamedLine> routes = testsupport::RealLines("routes");
+  const std::vector<NamedLine> routes = vorel::test::RealLines("routes");
   SKIP_WITHOUT_REAL_LINES(routes);
   // As above; the sums over 3000 km differ by more: 3.22e-8 measured.
   constexpr double kSlackRatio = 3.3e-8;
@@ -418,7 +416,7 @@ TEST(CalcPointsInPolyline, RepeatedVerticesAddNothing) {
   std::mt19937 generator(kSeed);
   for (int run = 0; run < 1000; ++run) {
     SCOPED_TRACE(testing::Message() << "seed " << kSeed << ", run " << run);
-    const Line line = testsupport::RandomLine(generator, 30);
+    const Line line = vorel::test::RandomLine(generator, 30);
     Line repeated;
     for (const GeoCoordinate& vertex : line) repeated.insert(repeated.end(), 1 + generator() % 3, vertex);
     const double interval = Uniform(generator, 0.5, 100.0);
@@ -435,7 +433,7 @@ TEST(CalcPointsInPolyline, ALimitCutsTheListAndNothingElse) {
   std::mt19937 generator(kSeed);
   for (int run = 0; run < 300; ++run) {
     SCOPED_TRACE(testing::Message() << "seed " << kSeed << ", run " << run);
-    const Line line = testsupport::RandomLine(generator, 20);
+    const Line line = vorel::test::RandomLine(generator, 20);
     const double interval = Uniform(generator, 5.0, 100.0);
     Line all;
     VorelGeometryAlgorithm::CalcPointsInPolyline(line, interval, 0, all);
@@ -453,20 +451,20 @@ TEST(CalcPointsInPolyline, ALimitCutsTheListAndNothingElse) {
 // ---- Against the plain twin -----------------------------------------------------------------------------------
 
 void ExpectTwinAgrees(const Line& line, double interval, int maxCount, const Line& before) {
-  SCOPED_TRACE(testing::Message() << "interval " << testsupport::Paste(interval) << ", limit " << maxCount
+  SCOPED_TRACE(testing::Message() << "interval " << vorel::test::Paste(interval) << ", limit " << maxCount
                                   << ", held before " << before.size());
   Line out = before;
   Line twin = before;
   if (!line.empty() && !(0.0 >= interval)) {
     const bool roomLeft = VorelGeometryAlgorithm::CalcPointsInPolyline(line, interval, maxCount, out);
     EXPECT_EQ(roomLeft, reference::CalcPointsInPolyline(line, interval, maxCount, twin));
-    EXPECT_TRUE(SameBits(out, twin)) << testsupport::Paste(line);
+    EXPECT_TRUE(SameBits(out, twin)) << vorel::test::Paste(line);
   }
   out = before;
   twin = before;
   const bool chosen = VorelGeometryAlgorithm::ChoosePointsInPolyline(line, interval, maxCount, out);
   EXPECT_EQ(chosen, reference::ChoosePointsInPolyline(line, interval, maxCount, twin));
-  EXPECT_TRUE(SameBits(out, twin)) << testsupport::Paste(line);
+  EXPECT_TRUE(SameBits(out, twin)) << vorel::test::Paste(line);
 }
 
 const double kSomeIntervals[] = {-1.0, 0.0,    -0.0, kDenormal, 1e-9, 0.3,      7.0,
@@ -489,7 +487,7 @@ TEST(SamplingTwin, AgreesOnRandomLines) {
   std::mt19937 generator(kSeed);
   for (int run = 0; run < 3000; ++run) {
     SCOPED_TRACE(testing::Message() << "seed " << kSeed << ", run " << run);
-    const Line line = testsupport::RandomLine(generator, 1 + static_cast<int>(generator() % 40));
+    const Line line = vorel::test::RandomLine(generator, 1 + static_cast<int>(generator() % 40));
     const double interval = std::exp(Uniform(generator, std::log(0.2), std::log(1000.0)));
     ExpectTwinAgrees(line, interval, 0, {});
     ExpectTwinAgrees(line, interval, static_cast<int>(generator() % 12), Line(generator() % 4));
@@ -511,7 +509,7 @@ TEST(SamplingTwin, AgreesOnWildLines) {
   std::mt19937 generator(kSeed);
   for (int run = 0; run < 3000; ++run) {
     SCOPED_TRACE(testing::Message() << "seed " << kSeed << ", run " << run);
-    const Line line = testsupport::WildLine(generator, 1 + static_cast<int>(generator() % 30));
+    const Line line = vorel::test::WildLine(generator, 1 + static_cast<int>(generator() % 30));
     for (const double interval : kSomeIntervals) ExpectTwinAgrees(line, interval, 60, {});
     ExpectTwinAgrees(line, std::pow(10.0, Uniform(generator, -9.0, 7.5)), 300, {});
     if (testing::Test::HasFailure()) return;
@@ -519,7 +517,7 @@ TEST(SamplingTwin, AgreesOnWildLines) {
 }
 
 TEST(SamplingTwin, AgreesOnRealRoutes) {
-  const std::vector<NamedLine> routes = testsupport::RealLines("routes");
+  const std::vector<NamedLine> routes = vorel::test::RealLines("routes");
   SKIP_WITHOUT_REAL_LINES(routes);
   for (const NamedLine& route : routes) {
     SCOPED_TRACE(route.name);
@@ -531,12 +529,12 @@ TEST(SamplingTwin, AgreesOnRealRoutes) {
 
 TEST(CalcPointsInPolyline, AllocatesNothingWhenTheOutputHasTheRoom) {
   std::mt19937 generator(31006);
-  const Line line = testsupport::RandomLine(generator, 200);
+  const Line line = vorel::test::RandomLine(generator, 200);
   Line out;
   VorelGeometryAlgorithm::CalcPointsInPolyline(line, 10.0, 0, out);
   const std::size_t count = out.size();
   out.clear();
-  const testsupport::AllocationCounter allocations;
+  const vorel::test::AllocationCounter allocations;
   VorelGeometryAlgorithm::CalcPointsInPolyline(line, 10.0, 0, out);
   EXPECT_EQ(allocations.Count(), 0u);
   out.clear();
@@ -580,7 +578,7 @@ TEST_P(TinyInterval, WithoutALimitEndsWhenMemoryDoes) {
   const Line line = EastLine({0, 100, 200});
   Line out{{1.0, 2.0}};
   {
-    const testsupport::AllocationLimit limit(16);  // the vector doubles: some 65536 points
+    const vorel::test::AllocationLimit limit(16);  // the vector doubles: some 65536 points
     EXPECT_THROW(VorelGeometryAlgorithm::CalcPointsInPolyline(line, GetParam(), 0, out), std::bad_alloc);
   }
   EXPECT_GT(out.size(), 10000u);  // what was appended stays
@@ -630,7 +628,7 @@ TEST(CalcPointsInPolyline, IntervalOfZeroOrLessRepeatsTheStartUntilTheLimitOrThe
     Line out;
     EXPECT_FALSE(VorelGeometryAlgorithm::CalcPointsInPolyline(EastLine({0, 100}), interval, 5, out));
     EXPECT_TRUE(SameBits(out, Line(5, GeoCoordinate(0.0, 0.0))));
-    const testsupport::AllocationLimit limit(16);
+    const vorel::test::AllocationLimit limit(16);
     EXPECT_THROW(VorelGeometryAlgorithm::CalcPointsInPolyline({{0, 0}, {1, 0}}, interval, 0, out),
                  std::bad_alloc);
   }

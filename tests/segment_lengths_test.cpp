@@ -19,11 +19,6 @@ namespace {
 
 using tarvo::GeoCoordinate;
 using tarvo::GeoCoordinateZ;
-using testsupport::kInfinity;
-using testsupport::kNaN;
-using testsupport::Line;
-using testsupport::LineZ;
-using testsupport::SameBits;
 using vorel::internal::AddSegmentLengths;
 using vorel::internal::FindSegmentKernel;
 using vorel::internal::ForceSegmentKernel;
@@ -31,6 +26,11 @@ using vorel::internal::StorePairLengths;
 using vorel::internal::StoreSegmentLengths;
 using vorel::internal::StoreSegmentSums;
 using vorel::internal::WalkSegments;
+using vorel::test::kInfinity;
+using vorel::test::kNaN;
+using vorel::test::Line;
+using vorel::test::LineZ;
+using vorel::test::SameBits;
 
 constexpr double kUntouched = -7.25;
 
@@ -166,14 +166,14 @@ LineZ WithHeight(const Line& line) {
 /// A road whose segments are all near.
 Line Road(std::size_t vertexCount) {
   std::mt19937 generator(51001);
-  return testsupport::RandomLine(generator, static_cast<int>(vertexCount));
+  return vorel::test::RandomLine(generator, static_cast<int>(vertexCount));
 }
 
 TEST_P(SegmentLengths, OfAwkwardLines) {
-  for (const testsupport::NamedLineZ& line : testsupport::AwkwardLinesZ()) {
+  for (const vorel::test::NamedLineZ& line : vorel::test::AwkwardLinesZ()) {
     SCOPED_TRACE(line.name);
     CheckEveryPart(line.points);
-    CheckEveryPart(testsupport::WithoutHeight(line.points));
+    CheckEveryPart(vorel::test::WithoutHeight(line.points));
   }
 }
 
@@ -182,9 +182,9 @@ TEST_P(SegmentLengths, OfRandomLinesOfEveryLength) {
   std::mt19937 generator(kSeed);
   for (int run = 0; run < 10; ++run) {
     SCOPED_TRACE(testing::Message() << "seed " << kSeed << ", run " << run);
-    const LineZ line = testsupport::RandomLineZ(generator, 76);
+    const LineZ line = vorel::test::RandomLineZ(generator, 76);
     CheckEveryPart(line);
-    CheckEveryPart(testsupport::WithoutHeight(line));
+    CheckEveryPart(vorel::test::WithoutHeight(line));
   }
 }
 
@@ -193,20 +193,20 @@ TEST_P(SegmentLengths, OfWildLines) {
   std::mt19937 generator(kSeed);
   for (int run = 0; run < 3000; ++run) {
     SCOPED_TRACE(testing::Message() << "seed " << kSeed << ", run " << run);
-    const LineZ line = testsupport::WildLineZ(generator, 1 + run % 90);
+    const LineZ line = vorel::test::WildLineZ(generator, 1 + run % 90);
     CheckLine(line);
-    CheckLine(testsupport::WithoutHeight(line));
+    CheckLine(vorel::test::WithoutHeight(line));
     if (HasFatalFailure()) return;
   }
 }
 
 TEST_P(SegmentLengths, OfRealLines) {
   for (const char* folder : {"routes", "traces", "lanes", "polygons"}) {
-    SKIP_WITHOUT_REAL_LINES(testsupport::RealLinesZ(folder));
-    for (const testsupport::NamedLineZ& line : testsupport::RealLinesZ(folder)) {
+    SKIP_WITHOUT_REAL_LINES(vorel::test::RealLinesZ(folder));
+    for (const vorel::test::NamedLineZ& line : vorel::test::RealLinesZ(folder)) {
       SCOPED_TRACE(line.name);
       CheckLine(line.points);
-      CheckLine(testsupport::WithoutHeight(line.points));
+      CheckLine(vorel::test::WithoutHeight(line.points));
     }
   }
 }

@@ -214,6 +214,7 @@ INSTANTIATE_TEST_SUITE_P(
                     OptionCase{"ViewText", "--view", "1,2,3,north", {"\"north\" is not a number"}},
                     OptionCase{"ViewNotANumber", "--view", "1,2,nan,4", {"\"nan\" is not a number"}},
                     OptionCase{"ViewInfinite", "--view", "1,2,inf,4", {"\"inf\" is not a number"}},
+                    OptionCase{"ViewTwoSigns", "--view", "+-1,2,3,4", {"\"+-1\" is not a number"}},
                     OptionCase{"ViewUpsideDown", "--view", "1,4,3,2", {"south 4 is greater than north 2"}},
                     OptionCase{"ViewLatitude", "--view", "1,2,3,91", {"latitude 91 is beyond 90"}},
                     OptionCase{"ViewLongitude", "--view", "-361,2,3,4", {"longitude -361 is beyond 360"}},

@@ -8,6 +8,7 @@
 
 #include "support/program_runner.h"
 #include "tools/vorel/failure.h"
+#include "tools/vorel/geojson_coordinates.h"
 #include "tools/vorel/geojson_reader.h"
 #include "tools/vorel/map_clipping.h"
 #include "tools/vorel/map_projection.h"

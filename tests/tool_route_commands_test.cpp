@@ -18,7 +18,6 @@ namespace vorel::test {
 namespace {
 
 using tarvo::GeoCoordinate;
-using testsupport::Line;
 using Strings = std::vector<std::string>;
 
 const Line kDrive = {{7.4100, 43.7300}, {7.4112, 43.7309}, {7.4112, 43.7309}, {7.4131, 43.7311},
@@ -238,7 +237,7 @@ TEST(ToolClip, GivesTheLibrarysPieces) {
   std::size_t pieceCount = 0;
   for (int run = 0; run < 10; ++run) {
     SCOPED_TRACE(testing::Message() << "seed 71, run " << run);
-    const Line line = testsupport::RandomLine(generator, 60);
+    const Line line = RandomLine(generator, 60);
     const GeoCoordinate& centre = line[30];
     const tarvo::Rect<GeoCoordinate> view{{centre.longitude - 0.001, centre.latitude - 0.001},
                                           {centre.longitude + 0.001, centre.latitude + 0.001}};
@@ -301,8 +300,8 @@ std::vector<FeatureRow> Thinned(Strings options, const std::string& input,
 
 TEST(ToolThin, GivesTheLibrarysPoints) {
   std::mt19937 generator(72);
-  const Line first = testsupport::RandomLine(generator, 50);
-  const Line second = testsupport::RandomLine(generator, 9);
+  const Line first = RandomLine(generator, 50);
+  const Line second = RandomLine(generator, 9);
   std::string both = LineStringText(second);
   both = R"({"type":"MultiLineString","coordinates":[)" +
          LineStringText(first).substr(std::string(R"({"type":"LineString","coordinates":)").size());

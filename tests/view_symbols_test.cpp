@@ -27,6 +27,7 @@
 #include "reference/view_symbols_reference.h"
 #include "support/bits.h"
 #include "support/lines.h"
+#include "support/uniform.h"
 #include "tests/support/allocation_counter.h"
 #include "tests/support/counting_tag_names.h"
 
@@ -35,23 +36,20 @@ namespace {
 using plog::Logger;
 using plog::LogLevel;
 using tarvo::GeoCoordinate;
-using testsupport::kInfinity;
-using testsupport::kNaN;
-using testsupport::Line;
-using testsupport::NamedLine;
-using testsupport::Paste;
-using testsupport::SameBits;
 using vorel::VorelGeometryAlgorithm;
 using vorel::logging::vorel_log_instance_id_;
+using vorel::test::kInfinity;
+using vorel::test::kNaN;
+using vorel::test::Line;
+using vorel::test::NamedLine;
+using vorel::test::Paste;
+using vorel::test::SameBits;
+using vorel::test::Uniform;
 
 using Runs = std::vector<Line>;
 using Rect = tarvo::Rect<GeoCoordinate>;
 
 constexpr unsigned kId = 4300;
-
-double Uniform(std::mt19937& generator, double low, double high) {
-  return low + (high - low) * (static_cast<double>(generator()) / 4294967296.0);
-}
 
 // 0.001 degree on the equator is 111.3 m.
 const Rect kView{{0, -0.001}, {0.01, 0.001}};
@@ -74,7 +72,7 @@ class GetInterpolateShapePointsLog : public testing::Test {
   GetInterpolateShapePointsLog() {
     vorel_log_instance_id_ = kId;
     Logger::Register(kId, LogLevel::kDebug, {memory_});
-    testsupport::ResetTagNameCalls();
+    vorel::test::ResetTagNameCalls();
   }
   ~GetInterpolateShapePointsLog() override {
     Logger::Unregister(kId);
@@ -349,7 +347,7 @@ TEST_F(GetInterpolateShapePointsComposition, OnRandomLines) {
   std::mt19937 generator(kSeed);
   for (int run = 0; run < 1500; ++run) {
     SCOPED_TRACE(testing::Message() << "seed " << kSeed << ", run " << run);
-    const Line line = testsupport::RandomLine(generator, 1 + static_cast<int>(generator() % 60));
+    const Line line = vorel::test::RandomLine(generator, 1 + static_cast<int>(generator() % 60));
     const int interval = static_cast<int>(generator() % 120) - 5;
     Check(line, SomeView(generator, line, 0.002), SomeArea(generator, line, 0.002), interval);
     if (HasFatalFailure()) return;
@@ -361,7 +359,7 @@ TEST_F(GetInterpolateShapePointsComposition, OnWildLines) {
   std::mt19937 generator(kSeed);
   for (int run = 0; run < 1500; ++run) {
     SCOPED_TRACE(testing::Message() << "seed " << kSeed << ", run " << run);
-    const Line line = testsupport::WildLine(generator, 1 + static_cast<int>(generator() % 30));
+    const Line line = vorel::test::WildLine(generator, 1 + static_cast<int>(generator() % 30));
     const int interval = 40000 + static_cast<int>(generator() % 4000000);  // the lines are worlds long
     Check(line, SomeView(generator, line, 30), SomeArea(generator, line, 30), interval);
     if (HasFatalFailure()) return;
@@ -371,7 +369,7 @@ TEST_F(GetInterpolateShapePointsComposition, OnWildLines) {
 // Not JOIN_AWKWARD_LINES, which has no fixture: the record counts here.
 TEST_F(GetInterpolateShapePointsComposition, OnAwkwardLines) {
   std::mt19937 generator(43003);
-  for (const NamedLine& line : testsupport::AwkwardLines()) {
+  for (const NamedLine& line : vorel::test::AwkwardLines()) {
     SCOPED_TRACE(line.name);
     for (const int interval : {std::numeric_limits<int>::min(), -1, 0, 25000, 10000000}) {
       for (const Rect& view : {Rect{{7, 47}, {8, 48}}, Rect{{-180, -90}, {180, 90}}, Rect{{8, 48}, {7, 47}},
@@ -395,7 +393,7 @@ JOIN_AWKWARD_LINES(GetInterpolateShapePoints, [](const Line& line) {
 })
 
 TEST_F(GetInterpolateShapePointsComposition, OnRealRoutesAndAreas) {
-  const std::vector<NamedLine> routes = testsupport::RealLines("routes");
+  const std::vector<NamedLine> routes = vorel::test::RealLines("routes");
   SKIP_WITHOUT_REAL_LINES(routes);
   std::mt19937 generator(43004);
   for (const NamedLine& route : routes) {
@@ -452,7 +450,7 @@ TEST_F(GetInterpolateShapePointsLog, FillsEveryField) {
   EXPECT_LE(Milliseconds(record.time), Milliseconds(after));
   EXPECT_EQ(reserved, "");
   EXPECT_EQ(flags, 0);
-  EXPECT_EQ(testsupport::TagNameCalls(), std::vector<int>{11});
+  EXPECT_EQ(vorel::test::TagNameCalls(), std::vector<int>{11});
 }
 
 TEST_F(GetInterpolateShapePointsLog, TheLineIsThatOfTheOneStatement) {
@@ -499,7 +497,7 @@ TEST_F(GetInterpolateShapePointsLog, TheCountHasNoGroupsOfDigitsWhateverTheLocal
 
 TEST_F(GetInterpolateShapePointsLog, NoRecordForAnEmptyShape) {
   EXPECT_EQ(MessageOf({}, true, kView, {}, 100), "no record");
-  EXPECT_TRUE(testsupport::TagNameCalls().empty());
+  EXPECT_TRUE(vorel::test::TagNameCalls().empty());
   EXPECT_EQ(MessageOf({{1, 1}}, true, kView, {}, 100), "[Vorel][Demo][Geometry]main route:1,pt count:0");
 }
 
@@ -533,7 +531,7 @@ TEST_F(GetInterpolateShapePointsLog, ADisabledLevelEvaluatesNothing) {
   const auto allocationsOfACall = [&expected] {
     Runs out;
     const std::string owner = "Demo";
-    const testsupport::AllocationCounter allocations;
+    const vorel::test::AllocationCounter allocations;
     VorelGeometryAlgorithm::GetInterpolateShapePoints(kRoute, true, kView, {}, 100, owner, out);
     const std::size_t count = allocations.Count();
     EXPECT_TRUE(SameBits(out, expected));
@@ -542,19 +540,19 @@ TEST_F(GetInterpolateShapePointsLog, ADisabledLevelEvaluatesNothing) {
   const std::size_t enabled = allocationsOfACall();
   ASSERT_EQ(memory_->Count(), 2u);
   memory_->Clear();
-  testsupport::ResetTagNameCalls();
+  vorel::test::ResetTagNameCalls();
 
   ASSERT_TRUE(Logger::SetMinimumLevel(kId, LogLevel::kInfo));
   const std::size_t disabled = allocationsOfACall();
-  EXPECT_TRUE(testsupport::TagNameCalls().empty());
+  EXPECT_TRUE(vorel::test::TagNameCalls().empty());
   EXPECT_EQ(memory_->Count(), 0u);
   Logger::Unregister(kId);
   EXPECT_EQ(allocationsOfACall(), disabled);
-  EXPECT_TRUE(testsupport::TagNameCalls().empty());
+  EXPECT_TRUE(vorel::test::TagNameCalls().empty());
   EXPECT_LT(disabled, enabled);
   // What the points themselves need: the pieces and the runs, and the name for the timer.
   Runs runs;
-  const testsupport::AllocationCounter allocations;
+  const vorel::test::AllocationCounter allocations;
   const std::string timerName = "GetInterpolateShapePoints";
   Runs pieces;
   VorelGeometryAlgorithm::CutPolyline(kRoute, kView, pieces);
@@ -654,7 +652,7 @@ TEST(GetInterpolateShapePointsUnwinding, TheTimerReportsOnceAndWhatIsInOutIsVali
       Runs out{{{1, 2}}};
       failed = false;
       {
-        const testsupport::AllocationLimit limit(allowed);
+        const vorel::test::AllocationLimit limit(allowed);
         try {
           VorelGeometryAlgorithm::GetInterpolateShapePoints(kRoute, isMainRoute, kView, kEverywhere, 50,
                                                             owner, out);
@@ -688,7 +686,7 @@ TEST(GetInterpolateShapePointsUnwinding, MemoryThatRunsOutWhileLoggingReachesNob
     bool failed = false;
     std::size_t refused = 0;
     {
-      const testsupport::AllocationLimit limit(allowed);
+      const vorel::test::AllocationLimit limit(allowed);
       try {
         VorelGeometryAlgorithm::GetInterpolateShapePoints(kRoute, true, kView, {}, 50, owner, out);
       } catch (const std::bad_alloc&) {

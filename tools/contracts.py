@@ -11,6 +11,8 @@ import pathlib
 import re
 import sys
 
+from parameter_list import split_parameters
+
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 PAGE = "docs/contracts.md"
 BEGIN = "<!-- The table is written by tools/contracts.py from the headers' comments. -->"
@@ -162,19 +164,6 @@ def short_unit(text):
     return match.group(0).replace("indices", "index") if match else unit
 
 
-def split_parameters(text):
-    parts, depth, current = [], 0, ""
-    for character in text:
-        depth += {"<": 1, ">": -1}.get(character, 0)
-        if character == "," and depth == 0:
-            parts.append(current)
-            current = ""
-        else:
-            current += character
-    parts = [" ".join(part.split()) for part in parts + [current] if part.strip()]
-    return [tuple(part.rsplit(" ", 1)) for part in parts]
-
-
 def functions_of(header, owner):
     """The functions that are declared in a class, in order, with the comments above them."""
     lines = (ROOT / header).read_text().split("\n")
@@ -207,7 +196,9 @@ def functions_of(header, owner):
         if match and not declaration.startswith(("constexpr", "template <class Point,")) and match.group(2) != "operator":
             if not comment:
                 sys.exit(f"{header}:{first}: {match.group(2)} has no comment")
-            function = Function(family, match.group(2), split_parameters(match.group(3)), match.group(1), comment, header, first)
+            # (type, name) of each
+            parameters = [tuple(each.rsplit(" ", 1)) for each in split_parameters(match.group(3))]
+            function = Function(family, match.group(2), parameters, match.group(1), comment, header, first)
             function.owner = owner
             if function.same:  # what it does not say itself is as above
                 above = [other for other in functions if other.name == function.name][-1]

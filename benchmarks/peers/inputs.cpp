@@ -15,7 +15,7 @@ namespace {
 
 using tarvo::GeoCoordinate;
 using tarvo::GeoCoordinateZ;
-using testsupport::Uniform;
+using vorel::test::Uniform;
 
 constexpr double kMetresPerDegree = 111195.0;  // of latitude, on a sphere: right enough to lay out inputs
 constexpr double kLatitude = 47.5;
@@ -303,7 +303,7 @@ void AddThinning(Inputs& inputs) {
 /// The longest of the real lines in `folder` among files whose name starts with `file`; empty where there are none.
 LineZ LongestRealLine(const std::string& folder, const std::string& file) {
   LineZ longest;
-  for (const testsupport::NamedLineZ& line : testsupport::RealLinesZ(folder)) {
+  for (const vorel::test::NamedLineZ& line : vorel::test::RealLinesZ(folder)) {
     if (line.name.compare(0, file.size(), file) == 0 && line.points.size() > longest.size())
       longest = line.points;
   }
@@ -322,7 +322,7 @@ void AddRealRoutes(Inputs& inputs) {
         {"monaco_city", "real city route"}}) {
     const LineZ withHeight = LongestRealLine("routes", file);
     if (withHeight.empty()) continue;
-    const Line line = testsupport::WithoutHeight(withHeight);
+    const Line line = vorel::test::WithoutHeight(withHeight);
     const std::string label = std::string(name) + ", " + WithThousands(line.size());
     inputs.length.push_back(OfLine<LengthCase>("GetDistance", label, line));
     inputs.walking.push_back(OfLine<LengthCase>("", label, line));
@@ -356,7 +356,7 @@ void AddRealLanes(Inputs& inputs) {
 }
 
 void AddRealPolygon(Inputs& inputs) {
-  Line polygon = testsupport::WithoutHeight(LongestRealLine("polygons", "andorra"));
+  Line polygon = vorel::test::WithoutHeight(LongestRealLine("polygons", "andorra"));
   if (polygon.empty()) return;
   polygon.pop_back();  // rings repeat their first vertex
   const auto [west, east] = std::minmax_element(

@@ -18,7 +18,7 @@ nlohmann::json Positions(const Line& line) {
   return positions;
 }
 nlohmann::json Positions(const LineZ& line) {
-  return Positions(testsupport::WithoutHeight(line));
+  return Positions(vorel::test::WithoutHeight(line));
 }
 nlohmann::json Positions(const std::vector<std::pair<GeoCoordinate, GeoCoordinate>>& pairs) {
   Line points;

@@ -29,8 +29,8 @@ using dropin::Unit;
 using tarvo::GeoCoordinate;
 using tarvo::GeoCoordinateZ;
 using tarvo::Rect;
-using testsupport::Line;
-using testsupport::LineZ;
+using vorel::test::Line;
+using vorel::test::LineZ;
 using Algorithm = vorel::VorelGeometryAlgorithm;
 
 /// Inputs made without the math library, so that they are the same everywhere.
@@ -39,7 +39,7 @@ struct Inputs {
   std::vector<double> numbers;
 
   Inputs() {
-    for (const testsupport::NamedLineZ& line : testsupport::AwkwardLinesZ()) lines.push_back(line.points);
+    for (const vorel::test::NamedLineZ& line : vorel::test::AwkwardLinesZ()) lines.push_back(line.points);
     std::mt19937 generator(4711);
     for (int i = 0; i < 160; ++i) lines.push_back(Walk(generator, 1e-4, 120));  // a road
     // Across tier borders of the distance.
@@ -86,7 +86,7 @@ void ForEachTriple(const Inputs& inputs, Visit visit) {
 
 template <class Visit>
 void ForEachLine(const Inputs& inputs, Visit visit) {
-  for (const LineZ& line : inputs.lines) visit(testsupport::WithoutHeight(line));
+  for (const LineZ& line : inputs.lines) visit(vorel::test::WithoutHeight(line));
 }
 
 /// Beyond some degrees the distance is computed with the math library.
@@ -286,7 +286,8 @@ void DigestRouteFunctions(const Inputs& inputs) {
   });
 }
 
-/// Cumulative table of a line; empty for an empty one.
+/// Cumulative table of a line; empty for an empty one. Not taken from the tests' lines: the check of what is digested
+/// reads this file's own calls.
 std::vector<double> Table(const Line& line) {
   std::vector<double> table;
   if (line.empty()) return table;
@@ -307,7 +308,7 @@ void DigestLengths(const Inputs& inputs) {
   Digest order("exact", "IsPointAInFrontOfPointB");
   std::size_t number = 0;
   for (LineZ lineZ : inputs.lines) {
-    const Line line = testsupport::WithoutHeight(lineZ);
+    const Line line = vorel::test::WithoutHeight(lineZ);
     const std::vector<double> table = Table(line);
     cache.Over(line) << table;
     for (unsigned from = 0; from < line.size(); from += 7) {
@@ -343,7 +344,7 @@ void DigestCuts(const Inputs& inputs) {
   DistanceDigest isOnLines("IsPointOnPolyline of lines", "IsPointOnPolyline of lines far");
   Digest onSegment("exact", "IsPointOnLineSegment");
   for (const LineZ& lineZ : inputs.lines) {
-    const Line line = testsupport::WithoutHeight(lineZ);
+    const Line line = vorel::test::WithoutHeight(lineZ);
     const std::vector<double> table = Table(line);
     std::vector<tarvo::RoutePos> positions(line.size());
     for (std::size_t i = 0; i < line.size(); ++i) {
@@ -411,7 +412,7 @@ void DigestLanes(const Inputs& inputs) {
   Digest height("exact", "GetPointZInPlane");
   DistanceDigest piece("HandleBoundaryDataByDistance", "HandleBoundaryDataByDistance far");
   for (const LineZ& line : inputs.lines) {
-    const Line flat = testsupport::WithoutHeight(line);
+    const Line flat = vorel::test::WithoutHeight(line);
     const int middle = static_cast<int>(line.size() / 2);
     for (std::size_t i = 0; i < line.size(); i += 7) {
       const GeoCoordinateZ pos(line[i].longitude + 3e-5, line[i].latitude - 2e-5, 0.0f);

@@ -11,6 +11,9 @@ import re
 import subprocess
 import sys
 
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "tools"))
+from parameter_list import split_parameters
+
 HEADER = "src/map_utils/vorel_geometry_algorithm.h"
 TABLE = "docs/testing.md"
 CLASS = "vorel::VorelGeometryAlgorithm::"
@@ -36,18 +39,6 @@ def plain_type(text):
             end += 1
         text = text[:start] + text[end:]
     return text
-
-
-def split_parameters(text):
-    parts, depth, current = [], 0, ""
-    for character in text:
-        depth += {"<": 1, ">": -1}.get(character, 0)
-        if character == "," and depth == 0:
-            parts.append(current)
-            current = ""
-        else:
-            current += character
-    return parts + [current] if (current.strip() or parts) else []
 
 
 def declared(header):

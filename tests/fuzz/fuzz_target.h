@@ -29,7 +29,7 @@ using Library = vorel::VorelGeometryAlgorithm;
 
 template <class T>
 void ExpectSame(const T& actual, const T& expected, const char* what, const char* file, int line) {
-  const testing::AssertionResult same = testsupport::SameBits(actual, expected);
+  const testing::AssertionResult same = vorel::test::SameBits(actual, expected);
   if (!same) Fail(what, same.message(), file, line);
 }
 

@@ -10,7 +10,7 @@
 #endif
 #endif
 
-namespace testsupport {
+namespace vorel::test {
 namespace {
 
 thread_local std::size_t allocationCount = 0;
@@ -80,13 +80,13 @@ void* OrThrow(void* memory) {
 
 #endif
 
-}  // namespace testsupport
+}  // namespace vorel::test
 
 #ifndef VOREL_TEST_KEEPS_OPERATOR_NEW
 
-using testsupport::Allocate;
-using testsupport::AllocateAligned;
-using testsupport::OrThrow;
+using vorel::test::Allocate;
+using vorel::test::AllocateAligned;
+using vorel::test::OrThrow;
 
 void* operator new(std::size_t size) {
   return OrThrow(Allocate(size));

@@ -3,7 +3,7 @@
 
 #include <cstddef>
 
-namespace testsupport {
+namespace vorel::test {
 
 // Linking allocation_counter.cpp into a test replaces every form of operator new and delete of that program. The
 // memory still comes from malloc, so leak and overrun checks of sanitizers go on working. All counts are those of
@@ -40,6 +40,6 @@ class AllocationLimit {
   std::size_t RefusedCount() const noexcept;
 };
 
-}  // namespace testsupport
+}  // namespace vorel::test
 
 #endif  // VOREL_TESTS_SUPPORT_ALLOCATION_COUNTER_H_

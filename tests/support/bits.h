@@ -20,7 +20,7 @@
 #include "base/map_vector.h"
 #include "base/rect.h"
 
-namespace testsupport {
+namespace vorel::test {
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
@@ -137,18 +137,18 @@ testing::AssertionResult SameBits(const std::vector<T>& actual, const std::vecto
   return testing::AssertionSuccess();
 }
 
-}  // namespace testsupport
+}  // namespace vorel::test
 
 namespace tarvo {
 
 inline void PrintTo(const GeoCoordinate& point, std::ostream* out) {
-  *out << testsupport::Paste(point);
+  *out << vorel::test::Paste(point);
 }
 inline void PrintTo(const GeoCoordinateZ& point, std::ostream* out) {
-  *out << testsupport::Paste(point);
+  *out << vorel::test::Paste(point);
 }
 inline void PrintTo(const MapVector2d& vector, std::ostream* out) {
-  *out << testsupport::Paste(vector);
+  *out << vorel::test::Paste(vector);
 }
 
 }  // namespace tarvo

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-namespace testsupport {
+namespace vorel::test {
 
 /// Names the rows of an edge-case table by their field `name`: the last argument of INSTANTIATE_TEST_SUITE_P.
 template <class Case>
@@ -13,6 +13,6 @@ std::string CaseName(const testing::TestParamInfo<Case>& row) {
   return row.param.name;
 }
 
-}  // namespace testsupport
+}  // namespace vorel::test
 
 #endif  // VOREL_TESTS_SUPPORT_CASE_NAME_H_

@@ -5,7 +5,7 @@
 
 #include "logging/tag_names.h"
 
-namespace testsupport {
+namespace vorel::test {
 namespace {
 
 std::mutex callsMutex;
@@ -23,7 +23,7 @@ void ResetTagNameCalls() {
   calls.clear();
 }
 
-}  // namespace testsupport
+}  // namespace vorel::test
 
 namespace vorel {
 namespace logging {
@@ -31,8 +31,8 @@ namespace logging {
 const std::string& GetTagName(int index) {
   static const std::string geometry = "[Geometry]";
   static const std::string none;
-  const std::lock_guard<std::mutex> lock(testsupport::callsMutex);
-  testsupport::calls.push_back(index);
+  const std::lock_guard<std::mutex> lock(vorel::test::callsMutex);
+  vorel::test::calls.push_back(index);
   return index == 11 ? geometry : none;
 }
 

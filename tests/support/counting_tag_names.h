@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <vector>
 
-namespace testsupport {
+namespace vorel::test {
 
 // Linking counting_tag_names.cpp into a test, together with the static library, puts a GetTagName in place of the
 // library's that gives the same texts and keeps count.
@@ -14,6 +14,6 @@ std::vector<int> TagNameCalls();
 
 void ResetTagNameCalls();
 
-}  // namespace testsupport
+}  // namespace vorel::test
 
 #endif  // VOREL_TESTS_SUPPORT_COUNTING_TAG_NAMES_H_

@@ -7,7 +7,7 @@
 
 #include "support/uniform.h"
 
-namespace testsupport {
+namespace vorel::test {
 
 using tarvo::GeoCoordinate;
 using tarvo::GeoCoordinateZ;
@@ -458,4 +458,4 @@ std::vector<CallInputs> ManyCallInputs() {
   return inputs;
 }
 
-}  // namespace testsupport
+}  // namespace vorel::test

@@ -16,7 +16,7 @@
 #include "map_utils/vorel_geometry_algorithm.h"
 #include "support/lines.h"
 
-namespace testsupport {
+namespace vorel::test {
 
 /// What the calls read. Nothing of it changes once it is made, so that threads may share it.
 struct CallInputs {
@@ -88,6 +88,6 @@ const std::vector<LibraryCall>& LibraryCalls();
 /// Inputs over awkward, random and long lines; seeds fixed.
 std::vector<CallInputs> ManyCallInputs();
 
-}  // namespace testsupport
+}  // namespace vorel::test
 
 #endif  // VOREL_TESTS_SUPPORT_EVERY_CALL_H_

@@ -4,9 +4,10 @@
 #include <cmath>
 #include <limits>
 
+#include "map_utils/vorel_geometry_algorithm.h"
 #include "support/uniform.h"
 
-namespace testsupport {
+namespace vorel::test {
 namespace {
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
@@ -137,4 +138,12 @@ Line WithoutHeight(const LineZ& line) {
   return Line(line.begin(), line.end());
 }
 
-}  // namespace testsupport
+std::vector<double> CumulativeTable(const Line& line) {
+  std::vector<double> table;
+  if (line.empty()) return table;
+  table.push_back(0.0);
+  VorelGeometryAlgorithm::GetDistanceAndCache(line, 0, static_cast<unsigned>(line.size()) - 1, table);
+  return table;
+}
+
+}  // namespace vorel::test

@@ -9,7 +9,7 @@
 
 #include "base/geo_coordinate.h"
 
-namespace testsupport {
+namespace vorel::test {
 
 using Line = std::vector<tarvo::GeoCoordinate>;
 using LineZ = std::vector<tarvo::GeoCoordinateZ>;
@@ -34,7 +34,7 @@ const std::vector<NamedLineZ>& AwkwardLinesZ();
 #define JOIN_AWKWARD_LINES(Function, ...)                                        \
   TEST(AwkwardLinesSuite, Function) {                                            \
     const auto check = __VA_ARGS__;                                              \
-    for (const ::testsupport::NamedLine& line : ::testsupport::AwkwardLines()) { \
+    for (const ::vorel::test::NamedLine& line : ::vorel::test::AwkwardLines()) { \
       SCOPED_TRACE(line.name);                                                   \
       check(line.points);                                                        \
     }                                                                            \
@@ -42,7 +42,7 @@ const std::vector<NamedLineZ>& AwkwardLinesZ();
 #define JOIN_AWKWARD_LINES_Z(Function, ...)                                        \
   TEST(AwkwardLinesZSuite, Function) {                                             \
     const auto check = __VA_ARGS__;                                                \
-    for (const ::testsupport::NamedLineZ& line : ::testsupport::AwkwardLinesZ()) { \
+    for (const ::vorel::test::NamedLineZ& line : ::vorel::test::AwkwardLinesZ()) { \
       SCOPED_TRACE(line.name);                                                     \
       check(line.points);                                                          \
     }                                                                              \
@@ -65,10 +65,13 @@ std::vector<NamedLine> RealLines(const std::string& folder);
 
 Line WithoutHeight(const LineZ& line);
 
+/// Metres from the start of `line` to each of its vertices, as the library's own table has them; empty for no vertices.
+std::vector<double> CumulativeTable(const Line& line);
+
 /// In a test over real lines: leaves it with one line of explanation when there are none.
 #define SKIP_WITHOUT_REAL_LINES(lines) \
   if ((lines).empty()) GTEST_SKIP() << "skipped: VOREL_DATA_DIR does not name the real data"
 
-}  // namespace testsupport
+}  // namespace vorel::test
 
 #endif  // VOREL_TESTS_SUPPORT_LINES_H_

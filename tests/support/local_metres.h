@@ -12,7 +12,7 @@
 #include "support/lines.h"
 #include "support/uniform.h"
 
-namespace testsupport {
+namespace vorel::test {
 
 /// One of the values, each as likely as the others.
 template <class T>
@@ -68,6 +68,6 @@ class LocalMetres {
   double metresPerDegreeNorth_;
 };
 
-}  // namespace testsupport
+}  // namespace vorel::test
 
 #endif  // VOREL_TESTS_SUPPORT_LOCAL_METRES_H_

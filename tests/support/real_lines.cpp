@@ -8,7 +8,7 @@
 
 #include "support/lines.h"
 
-namespace testsupport {
+namespace vorel::test {
 
 const std::vector<NamedLineZ>& RealLinesZ(const std::string& folder) {
   static std::map<std::string, std::vector<NamedLineZ>> loaded;
@@ -60,4 +60,4 @@ std::vector<NamedLine> RealLines(const std::string& folder) {
   return lines;
 }
 
-}  // namespace testsupport
+}  // namespace vorel::test

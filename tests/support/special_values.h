@@ -11,7 +11,7 @@
 #include "base/geo_coordinate.h"
 #include "support/bits.h"
 
-namespace testsupport {
+namespace vorel::test {
 
 /// Random numbers that are the same with every standard library.
 class Numbers {
@@ -98,6 +98,6 @@ class Numbers {
   std::mt19937 generator_;
 };
 
-}  // namespace testsupport
+}  // namespace vorel::test
 
 #endif  // VOREL_TESTS_SUPPORT_SPECIAL_VALUES_H_

@@ -1,4 +1,3 @@
-#include <limits>
 #include <memory>
 #include <string>
 #include <vector>
@@ -10,7 +9,7 @@
 #include "tools/vorel/geojson_writer.h"
 #include "tools/vorel/geometry_input.h"
 #include "tools/vorel/map_picture.h"
-#include "tools/vorel/map_projection.h"
+#include "tools/vorel/number_option.h"
 #include "tools/vorel/plain_text.h"
 #include "tools/vorel/view.h"
 
@@ -38,8 +37,6 @@ Examples
   vorel along drive.geojson --from 12 --offset 3.5 --length 400 --picture ahead.svg
   vorel along tracks.geojson --line 3 --from 0 --length 1000 > ahead.geojson)";
 
-constexpr int kMostIndex = std::numeric_limits<int>::max();
-
 struct Options {
   std::string line = "-";
   std::string lineIndex = "0";
@@ -60,8 +57,8 @@ class AlongRun {
  public:
   explicit AlongRun(const Options& options)
       : options_(options),
-        lineIndex_(ParseWholeNumber(options.lineIndex, "--line", 0, kMostIndex)),
-        fromVertex_(ParseWholeNumber(options.from, "--from", 0, kMostIndex)),
+        lineIndex_(ParseWhole(options.lineIndex, "--line", 0)),
+        fromVertex_(ParseWhole(options.from, "--from", 0)),
         offsetMetres_(ParseMetres(options.offset, "--offset", true)),
         lengthMetres_(ParseMetres(options.length, "--length", false)),
         lines_(options.line, "LINE", "line"),
@@ -145,7 +142,7 @@ class AlongRun {
     MapPicture picture(bounds.Whole(), legend);
     picture.AddRoute(line_, static_cast<std::size_t>(lineIndex_));
     picture.AddPiece(stretch, static_cast<std::size_t>(lineIndex_), 0);
-    picture.AddPoint(base, true, {{"data-line", std::to_string(lineIndex_)}});
+    picture.AddDot(base, true, {{"data-line", std::to_string(lineIndex_)}});
     picture.Write(PictureTitle(lines_.source()),
                   {FixedNumber(stretchMetres, 1) + " m ahead of vertex " + options_.from + " + " +
                    ShortestNumber(offsetMetres_) + " m" + kDot + "line " + std::to_string(lineIndex_)},

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cmath>
 #include <memory>
 #include <optional>
 #include <string>
@@ -9,6 +8,7 @@
 #include "tools/vorel/command.h"
 #include "tools/vorel/failure.h"
 #include "tools/vorel/geojson_writer.h"
+#include "tools/vorel/geometry_input.h"
 #include "tools/vorel/lane_command.h"
 #include "tools/vorel/lane_input.h"
 #include "tools/vorel/map_picture.h"
@@ -47,7 +47,7 @@ struct Options {
   std::optional<std::string> only;
   std::string width;
   std::string lineAs = "centre";
-  LaneOutputOptions outputs;
+  LaneOutputOptions output;
 };
 
 ArrowType ParseArrowType(const std::string& text) {
@@ -100,13 +100,12 @@ void WriteShaft(GeoJsonWriter& writer, const Shaft& shaft, float width) {
 void RunArrow(const Options& options) {
   const auto width = static_cast<float>(ParsePositive(options.width, "--width", 1000.0));
   const ArrowType arrowType = ParseArrowType(options.lineAs);
-  std::optional<LineSelection> selection;
-  if (options.only) selection = ParseSelection(*options.only, "--only");
-  TextSource source = OpenLaneInput(options.line, "LINE");
-  LaneOutputs outputs(options.outputs, {&source});
+  const std::optional<LineSelection> selection = ParseSelection(options.only, "--only");
+  TextSource source = OpenInput(options.line, "LINE");
+  LaneOutput output(options.output, {&source});
 
   const LaneLines input = ReadLaneLines(source, selection);
-  GeoJsonWriter writer(outputs.out());
+  GeoJsonWriter writer(output.out());
   std::vector<Shaft> shafts;
   for (const LaneLine& line : input.lines) {
     Shaft shaft;
@@ -120,12 +119,12 @@ void RunArrow(const Options& options) {
     shafts.push_back(std::move(shaft));
   }
   writer.Finish();
-  if (outputs.wantsPicture()) {
+  if (output.wantsPicture()) {
     std::vector<std::vector<GeoCoordinate>> extent;
     for (const LaneLine& line : input.lines) extent.push_back(WithoutHeights(line.points));
     for (const Shaft& shaft : shafts) extent.push_back(WithoutHeights(shaft.outline));
     using Shape = PictureLayer::Shape;
-    MapPicture picture = outputs.StartPicture(
+    MapPicture picture = output.StartPicture(
         extent, {{"shaft", "shaft", "fill: #f0c36a; fill-opacity: 0.55; stroke: none", Shape::kArea},
                  {"lane", "line", "fill: none; stroke: #55656f; stroke-width: 1", Shape::kLine},
                  {"left-edge", "left", "fill: none; stroke: #c8321e; stroke-width: 1.6", Shape::kLine},
@@ -134,19 +133,20 @@ void RunArrow(const Options& options) {
       picture.AddLine(1, WithoutHeights(line.points), {{"data-line", std::to_string(line.index)}});
     }
     for (const Shaft& shaft : shafts) {
-      const MapPicture::Attributes attributes = {{"data-line", std::to_string(shaft.line->index)}};
+      const Attributes attributes = {{"data-line", std::to_string(shaft.line->index)}};
       std::vector<GeoCoordinate> ring = WithoutHeights(shaft.outline);
       ring.pop_back();
-      picture.AddRing(0, ring, attributes);
+      picture.AddPolygon(0, {ring}, attributes);
       picture.AddLine(2, WithoutHeights(shaft.left), attributes);
       picture.AddLine(3, WithoutHeights(shaft.right), attributes);
     }
-    outputs.WritePicture(picture, PictureTitle(options.line, source),
-                         {Counted(shafts.size(), "arrow shaft") + ", " + ShortestNumber(width) +
-                          " m wide, line as " + options.lineAs});
+    picture.Write(PictureTitle(source),
+                  {Counted(shafts.size(), "arrow shaft") + ", " + ShortestNumber(width) +
+                   " m wide, line as " + options.lineAs},
+                  output.picture());
   }
-  outputs.Publish();
-  NoteLeftOut(source, input.geometriesLeftOut);
+  output.Publish();
+  NoteLeftOut(source, input.geometriesLeftOut, "no lines");
   const std::size_t withoutShaft = input.lines.size() - shafts.size();
   if (withoutShaft > 0) {
     PrintNote(source.name() + ": left out " + Counted(withoutShaft, "line") + " too short for a shaft");
@@ -172,7 +172,7 @@ Command AddArrowCommand(CLI::App& program) {
                    "or its right edge. Default: centre")
       ->type_name("left|centre|right");
   AddSelectionOption(*arguments, "--only", "LINE", options->only);
-  AddLaneOutputOptions(*arguments, options->outputs, "lines, edges and shafts");
+  AddLaneOutputOptions(*arguments, options->output, "lines, edges and shafts");
   arguments->footer(std::string(kLaneInputHelp) + kOutput + kLaneOutputHelp + kExitStatusHelp + kExamples);
   return {arguments, [options] { RunArrow(*options); }};
 }

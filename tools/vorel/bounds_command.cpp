@@ -9,6 +9,7 @@
 #include "tools/vorel/command.h"
 #include "tools/vorel/failure.h"
 #include "tools/vorel/geojson_writer.h"
+#include "tools/vorel/geometry_input.h"
 #include "tools/vorel/lane_command.h"
 #include "tools/vorel/lane_input.h"
 #include "tools/vorel/map_picture.h"
@@ -41,7 +42,7 @@ struct Options {
   std::string line = "-";
   std::optional<std::string> only;
   std::optional<std::string> range;
-  LaneOutputOptions outputs;
+  LaneOutputOptions output;
 };
 
 std::pair<int, int> ParseRange(const std::string& text) {
@@ -56,13 +57,12 @@ std::pair<int, int> ParseRange(const std::string& text) {
 
 void RunBounds(const Options& options) {
   const auto [first, last] = ParseRange(options.range.value_or("0,-1"));
-  std::optional<LineSelection> selection;
-  if (options.only) selection = ParseSelection(*options.only, "--only");
-  TextSource source = OpenLaneInput(options.line, "LINE");
-  LaneOutputs outputs(options.outputs, {&source});
+  const std::optional<LineSelection> selection = ParseSelection(options.only, "--only");
+  TextSource source = OpenInput(options.line, "LINE");
+  LaneOutput output(options.output, {&source});
 
   const LaneLines input = ReadLaneLines(source, selection);
-  GeoJsonWriter writer(outputs.out());
+  GeoJsonWriter writer(output.out());
   std::vector<std::vector<GeoCoordinate>> lines;
   std::vector<std::vector<GeoCoordinate>> boxes;
   for (const LaneLine& line : input.lines) {
@@ -85,29 +85,29 @@ void RunBounds(const Options& options) {
     writer.Property("east", FoldLongitude(corners[2].x));
     writer.Property("north", corners[2].y);
     writer.EndFeature();
-    if (!outputs.wantsPicture()) continue;
+    if (!output.wantsPicture()) continue;
     lines.push_back(WithoutHeights(line.points));
     ring.pop_back();
     boxes.push_back(WithoutHeights(ring));
   }
   writer.Finish();
-  if (outputs.wantsPicture()) {
+  if (output.wantsPicture()) {
     using Shape = PictureLayer::Shape;
-    MapPicture picture = outputs.StartPicture(
+    MapPicture picture = output.StartPicture(
         lines,
         {{"box", "box", "fill: #d9e6cf; fill-opacity: 0.5; stroke: #6f9455; stroke-width: 1.2", Shape::kArea},
          {"lane", "line", "fill: none; stroke: #3d6fa5; stroke-width: 1.6", Shape::kLine}});
     for (std::size_t i = 0; i < lines.size(); ++i) {
-      const MapPicture::Attributes attributes = {{"data-line", std::to_string(input.lines[i].index)}};
-      picture.AddRing(0, boxes[i], attributes);
+      const Attributes attributes = {{"data-line", std::to_string(input.lines[i].index)}};
+      picture.AddPolygon(0, {boxes[i]}, attributes);
       picture.AddLine(1, lines[i], attributes);
     }
     std::string subtitle = Counted(input.lines.size(), "line");
     if (options.range) subtitle += ", points " + *options.range;
-    outputs.WritePicture(picture, PictureTitle(options.line, source), {subtitle});
+    picture.Write(PictureTitle(source), {subtitle}, output.picture());
   }
-  outputs.Publish();
-  NoteLeftOut(source, input.geometriesLeftOut);
+  output.Publish();
+  NoteLeftOut(source, input.geometriesLeftOut, "no lines");
 }
 
 }  // namespace
@@ -123,7 +123,7 @@ Command AddBoundsCommand(CLI::App& program) {
                    "J of -1 or beyond the end is the last point. Default: all")
       ->type_name("I,J");
   AddSelectionOption(*arguments, "--only", "LINE", options->only);
-  AddLaneOutputOptions(*arguments, options->outputs, "lines and boxes");
+  AddLaneOutputOptions(*arguments, options->output, "lines and boxes");
   arguments->footer(std::string(kLaneInputHelp) + kOutput + kLaneOutputHelp + kExitStatusHelp + kExamples);
   return {arguments, [options] { RunBounds(*options); }};
 }

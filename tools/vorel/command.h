@@ -3,7 +3,6 @@
 
 #include <CLI/CLI.hpp>
 #include <functional>
-#include <string>
 
 namespace vorel::tool {
 
@@ -29,19 +28,6 @@ Command AddCutCommand(CLI::App& program);
 Command AddPlaneCommand(CLI::App& program);
 Command AddBoundsCommand(CLI::App& program);
 Command AddDrawCommand(CLI::App& program);
-
-/// Reads a whole number of metres.
-/// @param option  how the user calls it; used in messages
-/// @return 1 to 2147483647; throws `BadInput` for anything else
-int ParseWholeMetres(const std::string& text, const std::string& option);
-
-/// Reads a length in metres.
-/// @param zeroAllowed  whether 0 is a length too
-/// @return a finite number, greater than 0 or 0; throws `BadInput` for anything else
-double ParseMetres(const std::string& text, const std::string& option, bool zeroAllowed);
-
-/// Reads a whole number from `least` to `most`; throws `BadInput` for anything else.
-int ParseWholeNumber(const std::string& text, const std::string& option, int least, int most);
 
 }  // namespace vorel::tool
 

@@ -8,14 +8,22 @@
 namespace vorel::tool {
 
 void AddOutputOptions(CLI::App& arguments, OutputOptions& options, const std::string& outHelp,
-                      const char* pictureHelp) {
+                      const std::string& pictureHelp) {
   arguments.add_option("--out", options.out, outHelp + " Default: standard output")->type_name("FILE");
-  if (pictureHelp == nullptr) return;
-  arguments.add_option("--picture", options.picture, std::string(pictureHelp) + "\nDefault: none")
-      ->type_name("FILE");
+  if (pictureHelp.empty()) return;
+  arguments.add_option("--picture", options.picture, pictureHelp + "\nDefault: none")->type_name("FILE");
 }
 
-CommandOutput::CommandOutput(const OutputOptions& options, std::initializer_list<const TextSource*> inputs) {
+void AddPictureViewOption(CLI::App& arguments, std::optional<std::string>& view) {
+  arguments
+      .add_option("--view", view,
+                  "What the picture shows, in degrees: west, south, east, north,\n"
+                  "with commas. Longitudes -360 to 360, latitudes -90 to 90;\n"
+                  "W > E is a view across the antimeridian. Default: everything")
+      ->type_name("W,S,E,N");
+}
+
+CommandOutput::CommandOutput(const OutputOptions& options, const std::vector<const TextSource*>& inputs) {
   out_.emplace("--out", options.out);
   if (options.picture) {
     if (*options.picture == "-") throw BadInput("--picture -: the picture needs a file of its own");
@@ -24,7 +32,9 @@ CommandOutput::CommandOutput(const OutputOptions& options, std::initializer_list
   }
   for (const std::optional<OutputTarget>* target : {&out_, &picture_}) {
     if (!*target) continue;
-    for (const TextSource* const input : inputs) (*target)->RefuseSameFileAs(*input);
+    for (const TextSource* const input : inputs) {
+      if (input != nullptr) (*target)->RefuseSameFileAs(*input);
+    }
   }
 }
 

@@ -2,9 +2,9 @@
 #define VOREL_TOOLS_VOREL_COMMAND_OUTPUT_H_
 
 #include <CLI/CLI.hpp>
-#include <initializer_list>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "tools/vorel/output_target.h"
 #include "tools/vorel/text_source.h"
@@ -20,15 +20,19 @@ struct OutputOptions {
   std::optional<std::string> picture;
 };
 
-/// Adds --out and, unless `pictureHelp` is null, --picture.
+/// Adds --out and, unless `pictureHelp` is empty, --picture.
 void AddOutputOptions(CLI::App& arguments, OutputOptions& options, const std::string& outHelp,
-                      const char* pictureHelp);
+                      const std::string& pictureHelp);
+
+/// Adds --view, for a command whose picture shows everything without it.
+void AddPictureViewOption(CLI::App& arguments, std::optional<std::string>& view);
 
 /// The files of one run: all appear, complete, or none.
 class CommandOutput {
  public:
   /// Opens them, and refuses those that are one file with each other or with an input.
-  CommandOutput(const OutputOptions& options, std::initializer_list<const TextSource*> inputs);
+  /// @param inputs  null pointers are passed over
+  CommandOutput(const OutputOptions& options, const std::vector<const TextSource*>& inputs);
 
   OutputTarget& out() { return *out_; }
   bool wantsPicture() const { return picture_.has_value(); }

@@ -1,16 +1,16 @@
 #include <memory>
-#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "map_utils/vorel_geometry_algorithm.h"
 #include "tools/vorel/command.h"
 #include "tools/vorel/command_output.h"
-#include "tools/vorel/failure.h"
 #include "tools/vorel/geojson_writer.h"
 #include "tools/vorel/geometry_input.h"
 #include "tools/vorel/map_picture.h"
 #include "tools/vorel/plain_text.h"
+#include "tools/vorel/point_query.h"
 #include "tools/vorel/view.h"
 
 namespace vorel::tool {
@@ -45,12 +45,6 @@ Examples
   vorel contains district.geojson stops.geojson --picture stops.svg
   vorel contains counties.geojson < drive.geojson > drive-by-county.geojson)";
 
-struct Options {
-  std::string polygon;
-  std::string points = "-";
-  OutputOptions output;
-};
-
 /// Beyond the box of a ring by this much, nothing is inside: the library's tolerance at an edge is a tenth of it.
 constexpr double kBoxMarginDegrees = 1e-6;
 
@@ -78,42 +72,14 @@ bool PolygonHolds(const std::vector<BoxedRing>& polygon, const tarvo::GeoCoordin
   return true;
 }
 
-class ContainsRun {
+class ContainsQuery : public PointQuery {
  public:
-  explicit ContainsRun(const Options& options) {
-    if (options.polygon == "-" && options.points == "-") {
-      throw BadInput("POINTS -: standard input is read for the polygon already");
-    }
-    polygonInput_.emplace(options.polygon, "POLYGON", "polygon");
-    pointInput_.emplace(options.points, "POINTS", "point");
-    output_.emplace(options.output, std::initializer_list<const TextSource*>{&polygonInput_->source(),
-                                                                             &pointInput_->source()});
-  }
-
-  void Run() {
-    ReadPolygons();
-    if (output_->wantsPicture()) StartPicture();
-    GeoJsonWriter writer(output_->out());
-    pointInput_->ForEachPoint([&](const tarvo::GeoCoordinate& point, std::size_t pointIndex) {
-      WritePoint(point, pointIndex, writer);
-    });
-    writer.Finish();
-    if (picture_) {
-      picture_->Write(PictureTitle(pointInput_->source()),
-                      {Counted(insideCount_, "point") + " inside, " +
-                       Counted(pointCount_ - insideCount_, "point") + " outside" + kDot +
-                       Counted(polygons_.size(), "polygon") + " of " + PictureTitle(polygonInput_->source())},
-                      output_->picture());
-    }
-    output_->Publish();
-    polygonInput_->NoteWhatIsLeftOut();
-    pointInput_->NoteWhatIsLeftOut();
-  }
+  explicit ContainsQuery(const PointQueryOptions& options) : PointQuery(options, "POLYGON", "polygon") {}
 
  private:
-  void ReadPolygons() {
-    polygonInput_->ForEachPolygon([&](std::vector<Ring>& rings, std::size_t) {
-      bounds_.Add(rings.front());
+  void ReadFigures(GeometryInput& input, BoundsCollector& bounds) override {
+    input.ForEachPolygon([&](std::vector<Ring>& rings, std::size_t) {
+      bounds.Add(rings.front());
       std::vector<BoxedRing>& polygon = polygons_.emplace_back();
       for (Ring& ring : rings) {
         GeoRect box = BoundsOf(ring);
@@ -126,76 +92,52 @@ class ContainsRun {
     });
   }
 
-  void StartPicture() {
-    pointInput_->source().KeepForSecondPass();
-    std::size_t count = 0;
-    pointInput_->ForEachPoint([&](const tarvo::GeoCoordinate& point, std::size_t pointIndex) {
-      bounds_.Add({point});
-      count = pointIndex + 1;
-    });
-    MapLegend legend;
-    legend.view.clear();
-    legend.route.clear();
-    legend.piece.clear();
-    legend.arrow.clear();
-    legend.area = "polygon";
-    legend.point = "inside";
-    legend.hollowPoint = "outside";
-    picture_.emplace(bounds_.Whole(), legend);
-    picture_->SetPointCount(count);
-    std::vector<Ring> rings;
-    for (const std::vector<BoxedRing>& polygon : polygons_) {
-      rings.clear();
-      for (const BoxedRing& boxed : polygon) rings.push_back(boxed.ring);
-      picture_->AddPolygon(rings);
-    }
-  }
-
-  void WritePoint(const tarvo::GeoCoordinate& point, std::size_t pointIndex, GeoJsonWriter& writer) {
+  bool WriteAnswer(const tarvo::GeoCoordinate& point, GeoJsonWriter& writer) override {
     std::size_t holder = 0;
     while (holder < polygons_.size() && !PolygonHolds(polygons_[holder], point)) ++holder;
     const bool inside = holder < polygons_.size();
-    writer.StartPoint(point);
     writer.Property("inside", inside);
     if (inside) {
       writer.Property("polygon", holder);
     } else {
       writer.NullProperty("polygon");
     }
-    writer.Property("point", pointIndex);
-    writer.EndFeature();
-    if (picture_) {
-      picture_->AddPoint(point, inside, {{"data-point", std::to_string(pointIndex)}});
-    }
-    if (inside) ++insideCount_;
-    ++pointCount_;
+    return inside;
   }
 
-  std::optional<GeometryInput> polygonInput_;
-  std::optional<GeometryInput> pointInput_;
-  std::optional<CommandOutput> output_;
-  std::optional<MapPicture> picture_;
+  void NameInLegend(MapLegend& legend) const override {
+    legend.area = "polygon";
+    legend.point = "inside";
+    legend.hollowPoint = "outside";
+  }
+
+  void DrawFigures(MapPicture& picture) const override {
+    std::vector<Ring> rings;
+    for (const std::vector<BoxedRing>& polygon : polygons_) {
+      rings.clear();
+      for (const BoxedRing& boxed : polygon) rings.push_back(boxed.ring);
+      picture.AddPolygon(rings);
+    }
+  }
+
+  std::vector<std::string> Subtitles(const std::string& insideText, const std::string& outsideText,
+                                     const std::string& polygonTitle) const override {
+    return {insideText + " inside, " + outsideText + " outside" + kDot +
+            Counted(polygons_.size(), "polygon") + " of " + polygonTitle};
+  }
+
   std::vector<std::vector<BoxedRing>> polygons_;
-  BoundsCollector bounds_;
-  std::size_t pointCount_ = 0;
-  std::size_t insideCount_ = 0;
 };
 
 }  // namespace
 
 Command AddContainsCommand(CLI::App& program) {
-  const auto options = std::make_shared<Options>();
+  const auto options = std::make_shared<PointQueryOptions>();
   CLI::App* const arguments = program.add_subcommand("contains", kDescription);
-  arguments->add_option("POLYGON", options->polygon, "GeoJSON file with polygons; - for standard input")
-      ->type_name("FILE")
-      ->required();
-  arguments
-      ->add_option("POINTS", options->points, "GeoJSON file with points; standard input when absent or -")
-      ->type_name("FILE");
-  AddOutputOptions(*arguments, options->output, "Where the points go.",
-                   "Also draw a map of polygons and points, as SVG.");
+  AddPointQueryArguments(*arguments, *options, "POLYGON", "polygons");
+  AddPointQueryOutput(*arguments, *options, "polygons");
   arguments->footer(kExplanation);
-  return {arguments, [options] { ContainsRun(*options).Run(); }};
+  return {arguments, [options] { ContainsQuery(*options).Run(); }};
 }
 
 }  // namespace vorel::tool

@@ -1,14 +1,13 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <utility>
-#include <vector>
 
 #include "base/boundary_data.h"
 #include "map_utils/vorel_geometry_algorithm.h"
 #include "tools/vorel/command.h"
 #include "tools/vorel/failure.h"
 #include "tools/vorel/geojson_writer.h"
+#include "tools/vorel/geometry_input.h"
 #include "tools/vorel/lane_command.h"
 #include "tools/vorel/lane_input.h"
 #include "tools/vorel/map_picture.h"
@@ -53,7 +52,7 @@ struct Options {
   std::string length;
   std::optional<std::string> marks;
   std::string cursor = "-1";
-  LaneOutputOptions outputs;
+  LaneOutputOptions output;
 };
 
 struct Start {
@@ -84,10 +83,9 @@ void RunCut(const Options& options) {
   BoundaryData source;
   if (options.marks) source.pointIndices = ParseAscendingIndices(*options.marks, "--marks");
   int cursor = ParseWhole(options.cursor, "--cursor", -1);
-  std::optional<LineSelection> selection;
-  if (options.only) selection = ParseSelection(*options.only, "--only");
-  TextSource input = OpenLaneInput(options.boundary, "BOUNDARY");
-  LaneOutputs outputs(options.outputs, {&input});
+  const std::optional<LineSelection> selection = ParseSelection(options.only, "--only");
+  TextSource input = OpenInput(options.boundary, "BOUNDARY");
+  LaneOutput output(options.output, {&input});
 
   const LaneLines lines = ReadLaneLines(input, selection);
   if (lines.lines.size() > 1) {
@@ -114,7 +112,7 @@ void RunCut(const Options& options) {
   const float covered = VorelGeometryAlgorithm::HandleBoundaryDataByDistance(source, cursor, start.index,
                                                                              start.ratio, length, piece);
   RefuseOffTheMap(line, piece.points, "the piece");
-  GeoJsonWriter writer(outputs.out());
+  GeoJsonWriter writer(output.out());
   writer.StartLine(piece.points);
   writer.JsonProperty("part", "\"piece\"");
   writer.Property("line", line.index);
@@ -148,9 +146,9 @@ void RunCut(const Options& options) {
     writer.EndFeature();
   }
   writer.Finish();
-  if (outputs.wantsPicture()) {
+  if (output.wantsPicture()) {
     using Shape = PictureLayer::Shape;
-    MapPicture picture = outputs.StartPicture(
+    MapPicture picture = output.StartPicture(
         {WithoutHeights(line.points)},
         {{"boundary", "boundary", "fill: none; stroke: #9fb4c4; stroke-width: 2", Shape::kLine},
          {"cut-piece", "piece", "fill: none; stroke: #c8321e; stroke-width: 3.4", Shape::kLine},
@@ -164,13 +162,14 @@ void RunCut(const Options& options) {
     for (const std::uint32_t mark : piece.pointIndices) {
       picture.AddDot(3, piece.points[mark], 4.0, {{"data-mark", std::to_string(mark)}});
     }
-    outputs.WritePicture(picture, PictureTitle(options.boundary, input),
-                         {ShortestNumber(length) + " m from " + options.from + ", " +
-                          FixedNumber(100.0 * static_cast<double>(covered), 1) + " % covered, " +
-                          Counted(piece.pointIndices.size(), "mark")});
+    picture.Write(PictureTitle(input),
+                  {ShortestNumber(length) + " m from " + options.from + ", " +
+                   FixedNumber(100.0 * static_cast<double>(covered), 1) + " % covered, " +
+                   Counted(piece.pointIndices.size(), "mark")},
+                  output.picture());
   }
-  outputs.Publish();
-  NoteLeftOut(input, lines.geometriesLeftOut);
+  output.Publish();
+  NoteLeftOut(input, lines.geometriesLeftOut, "no lines");
 }
 
 }  // namespace
@@ -202,7 +201,7 @@ Command AddCutCommand(CLI::App& program) {
                    "-1: none yet (--cursor=-1). Default: -1")
       ->type_name("PLACE");
   AddSelectionOption(*arguments, "--only", "BOUNDARY", options->only);
-  AddLaneOutputOptions(*arguments, options->outputs, "boundary, piece and marks");
+  AddLaneOutputOptions(*arguments, options->output, "boundary, piece and marks");
   arguments->footer(std::string(kLaneInputHelp) + kOutput + kLaneOutputHelp + kExitStatusHelp + kExamples);
   return {arguments, [options] { RunCut(*options); }};
 }

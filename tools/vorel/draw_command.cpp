@@ -2,7 +2,6 @@
 #include <cmath>
 #include <cstddef>
 #include <deque>
-#include <limits>
 #include <memory>
 #include <optional>
 #include <string>
@@ -11,11 +10,13 @@
 
 #include "map_utils/vorel_geometry_algorithm.h"
 #include "tools/vorel/command.h"
+#include "tools/vorel/command_output.h"
 #include "tools/vorel/failure.h"
 #include "tools/vorel/feature_property.h"
+#include "tools/vorel/geojson_coordinates.h"
 #include "tools/vorel/geojson_reader.h"
 #include "tools/vorel/geometry_input.h"
-#include "tools/vorel/lane_command.h"
+#include "tools/vorel/label_room.h"
 #include "tools/vorel/map_picture.h"
 #include "tools/vorel/number_option.h"
 #include "tools/vorel/output_target.h"
@@ -187,76 +188,6 @@ std::string SideOf(const simdjson::dom::object* feature) {
   return value && value->get(text) == simdjson::SUCCESS ? std::string(text) : "";
 }
 
-/// A box on the picture, in pixels.
-struct Box {
-  double left = 0.0;
-  double top = 0.0;
-  double right = 0.0;
-  double bottom = 0.0;
-};
-
-bool Meet(const Box& a, const Box& b) {
-  return a.left < b.right && b.left < a.right && a.top < b.bottom && b.top < a.bottom;
-}
-
-/// Whether a stroke between two places of the picture touches a box.
-bool Meet(const Pixel& from, const Pixel& to, const Box& box) {
-  const auto inPlane = [](double x, double y) { return GeoCoordinate(x, y); };
-  const GeoCoordinate a = inPlane(from.x, from.y);
-  const GeoCoordinate b = inPlane(to.x, to.y);
-  const bool isWithin =
-      box.left <= from.x && from.x <= box.right && box.top <= from.y && from.y <= box.bottom;
-  return isWithin ||
-         VorelGeometryAlgorithm::IsTwoSegmentJoined(a, b, inPlane(box.left, box.top),
-                                                    inPlane(box.right, box.bottom)) ||
-         VorelGeometryAlgorithm::IsTwoSegmentJoined(a, b, inPlane(box.left, box.bottom),
-                                                    inPlane(box.right, box.top));
-}
-
-/// Finds room for labels beside lines, dots and each other.
-class LabelRoom {
- public:
-  void AddStroke(const Pixel& from, const Pixel& to) { strokes_.emplace_back(from, to); }
-
-  /// Which of some directions hides least; of equals the first. The label's room is then taken.
-  Pixel Place(const Pixel& at, const std::vector<Pixel>& directions, const std::string& text) {
-    std::size_t best = 0;
-    std::size_t fewest = std::numeric_limits<std::size_t>::max();
-    for (std::size_t i = 0; i < directions.size(); ++i) {
-      const Box box = BoxOf(at, directions[i], text);
-      const auto isHidden = [&](const auto& stroke) { return Meet(stroke.first, stroke.second, box); };
-      const auto overlaps = [&](const Box& other) { return Meet(box, other); };
-      const auto strokes = std::count_if(strokes_.begin(), strokes_.end(), isHidden);
-      const auto labels = std::count_if(labels_.begin(), labels_.end(), overlaps);
-      const auto hidden = static_cast<std::size_t>(strokes + kWorseThanAStroke * labels);
-      if (hidden >= fewest) continue;
-      fewest = hidden;
-      best = i;
-    }
-    labels_.push_back(BoxOf(at, directions[best], text));
-    return directions[best];
-  }
-
- private:
-  static constexpr int kWorseThanAStroke = 4;
-
-  static Box BoxOf(const Pixel& at, const Pixel& towards, const std::string& text) {
-    constexpr double kCharacterPixels = 9.0;
-    constexpr double kHalfHeight = 8.0;
-    constexpr double kGap = 3.0;  // to the next label
-    const double width = kCharacterPixels * static_cast<double>(text.size());
-    const double length = std::hypot(towards.x, towards.y);
-    const double sideways = length > 0.0 ? towards.x / length : 0.0;
-    const double start = sideways > 0.5 ? 0.0 : (sideways < -0.5 ? -width : -width / 2.0);
-    const double left = at.x + towards.x + start;
-    const double middle = at.y + towards.y;
-    return {left - kGap, middle - kHalfHeight, left + width + kGap, middle + kHalfHeight};
-  }
-
-  std::vector<std::pair<Pixel, Pixel>> strokes_;
-  std::vector<Box> labels_;
-};
-
 /// A place inside of a polygon for its label: the middle of the widest stretch at half its height.
 GeoCoordinate LabelPlaceOf(const Ring& ring) {
   const GeoRect bounds = BoundsOf(ring);
@@ -298,6 +229,7 @@ void ReadShapes(TextSource& source, const File& file, std::size_t fileIndex, std
   });
 }
 
+/// From one place of the picture to another, one pixel long; (0, 0) where they are one place.
 Pixel Normalised(const Pixel& from, const Pixel& to) {
   const double length = std::hypot(to.x - from.x, to.y - from.y);
   if (!(length > 0.0)) return {};
@@ -360,14 +292,14 @@ class Drawing {
 
   void Draw(const Shape& shape) {
     const std::size_t layer = LayerOf(shape.kind, shape.file);
-    const MapPicture::Attributes attributes = {{"data-file", files_[shape.file].name}};
+    const Attributes attributes = {{"data-file", files_[shape.file].name}};
     const Line& first = shape.parts.front();
     if (shape.kind == Kind::kPoint) {
       picture_.AddDot(layer, first.front(), kDotPixels, attributes);
       const Pixel at = picture_.projection().ToPixel(first.front());
       room_.AddStroke(at, at);
     } else if (shape.kind == Kind::kArea) {
-      picture_.AddRings(layer, shape.parts, attributes);
+      picture_.AddPolygon(layer, shape.parts, attributes);
       for (const Ring& ring : shape.parts) AddStrokes(ring, true);
     } else {
       picture_.AddLine(layer, first, attributes);
@@ -382,19 +314,6 @@ class Drawing {
       room_.AddStroke(projection.ToPixel(line[i]), projection.ToPixel(line[i + 1]));
     }
     if (closed) room_.AddStroke(projection.ToPixel(line.back()), projection.ToPixel(line.front()));
-  }
-
-  /// Eight directions about a place, `first` first.
-  static std::vector<Pixel> DirectionsFrom(const Pixel& first) {
-    std::vector<Pixel> directions;
-    const double eighth = std::sqrt(0.5);
-    for (const auto& [cosine, sine] :
-         {std::pair(1.0, 0.0), std::pair(eighth, eighth), std::pair(eighth, -eighth), std::pair(-1.0, 0.0),
-          std::pair(0.0, 1.0), std::pair(0.0, -1.0), std::pair(-eighth, eighth),
-          std::pair(-eighth, -eighth)}) {
-      directions.push_back({first.x * cosine - first.y * sine, first.x * sine + first.y * cosine});
-    }
-    return directions;
   }
 
   void AddLabel(const Shape& shape) {
@@ -532,12 +451,7 @@ Command AddDrawCommand(CLI::App& program) {
       ->type_name("TEXT");
   arguments->add_option("--subtitle", options->subtitle, "The line below the title. Default: none")
       ->type_name("TEXT");
-  arguments
-      ->add_option("--view", options->view,
-                   "What the picture shows, in degrees: west, south, east, north,\n"
-                   "with commas. Longitudes -360 to 360, latitudes -90 to 90;\n"
-                   "W > E is a view across the antimeridian. Default: everything")
-      ->type_name("W,S,E,N");
+  AddPictureViewOption(*arguments, options->view);
   arguments->footer(kExplanation);
   return {arguments, [options] { RunDraw(*options); }};
 }

@@ -9,16 +9,10 @@
 #include <string_view>
 #include <vector>
 
-#include "base/geo_coordinate.h"
+#include "tools/vorel/geojson_place.h"
 #include "tools/vorel/text_source.h"
 
 namespace vorel::tool {
-
-/// Where in the input a geometry stands, as messages spell it.
-struct Place {
-  std::string input;  ///< "route.geojson", or "route.geojsonl, line 12"
-  std::string path;   ///< such as "features[3].geometry"; empty for a bare geometry
-};
 
 enum class GeometryType {
   kPoint,
@@ -76,8 +70,6 @@ class GeoJsonReader {
   void ReadDocument();
   void ReadRecords(const std::function<void(const Geometry&)>& consumer);
   bool ParseRecord(std::size_t begin, std::size_t end, simdjson::dom::element& root, std::size_t number);
-  [[noreturn]] void ThrowParseProblem(simdjson::error_code error, std::string_view text,
-                                      const std::string& input, std::size_t firstLine);
 
   TextSource& source_;
   simdjson::dom::parser parser_;
@@ -90,42 +82,6 @@ class GeoJsonReader {
   std::uint64_t bytesRead_ = 0;
   simdjson::dom::element document_;  // kDocument, once it is parsed
 };
-
-/// The points of a LineString's `coordinates`. Heights and further numbers of a position are checked and dropped.
-/// Throws `BadInput` unless there are two positions or more, each with a longitude in [-360, 360] and a latitude in
-/// [-90, 90]. `points` is cleared first.
-void ReadLinePoints(const simdjson::dom::array& coordinates, const Place& place,
-                    const std::string& pathInGeometry, std::vector<tarvo::GeoCoordinate>& points);
-
-/// Calls `consumer` with the points of each line of a LineString or MultiLineString; other types have none.
-/// A line with empty `coordinates` is passed over. `points` is the buffer that is used for all.
-void ForEachLine(const Geometry& geometry, std::vector<tarvo::GeoCoordinate>& points,
-                 const std::function<void()>& consumer);
-
-/// The same with heights: the third number of a position, in metres, 0 where it is missing. One beyond the range of a
-/// float is refused.
-void ForEachLine(const Geometry& geometry, std::vector<tarvo::GeoCoordinateZ>& points,
-                 const std::function<void()>& consumer);
-
-/// Appends the positions, with heights, of a Point, a MultiPoint or a LineString.
-/// @return false for other types, with nothing appended
-bool AppendPositions(const Geometry& geometry, std::vector<tarvo::GeoCoordinateZ>& points);
-
-/// Calls `consumer` with each position of a Point or MultiPoint and each vertex of a LineString or MultiLineString, in
-/// order. Returns false, without any call, for polygons.
-bool ForEachPoint(const Geometry& geometry, const std::function<void(const tarvo::GeoCoordinate&)>& consumer);
-
-/// A ring, closing vertex dropped, longitudes unwrapped.
-using Ring = std::vector<tarvo::GeoCoordinate>;
-
-/// Calls `consumer` with the rings of each polygon of a Polygon or MultiPolygon, the outer one first, then the holes.
-/// Returns false, without any call, for other types. Refused, as `BadInput`: rings as for `ReadSinglePolygon`.
-bool ForEachPolygon(const Geometry& geometry, const std::function<void(std::vector<Ring>&)>& consumer);
-
-/// The outer ring of the one polygon that an input holds: closing vertex dropped, longitudes unwrapped.
-/// Refused, as `BadInput`: no polygon, several polygons, a polygon with holes, other geometries, a ring that is not
-/// closed or has fewer than three corners, and one that runs around a pole.
-Ring ReadSinglePolygon(TextSource& source);
 
 }  // namespace vorel::tool
 

@@ -1,7 +1,5 @@
 #include "tools/vorel/geometry_input.h"
 
-#include <unistd.h>
-
 #include <utility>
 
 #include "tools/vorel/failure.h"
@@ -17,12 +15,18 @@ const char* const kLineInputHelp =
   up to 16 MiB each) and RFC 8142 sequences are recognised by their content.
 )";
 
-GeometryInput::GeometryInput(const std::string& path, const std::string& argument, std::string noun)
-    : source_(path), reader_(source_), noun_(std::move(noun)) {
-  if (path == "-" && isatty(STDIN_FILENO) == 1) {
-    throw BadInput("no " + argument + " is given, and standard input is a terminal");
-  }
+void RefuseWithout(const std::string& noun, const TextSource& source, std::size_t leftOut) {
+  throw BadInput(source.name() + ": holds no " + noun +
+                 (leftOut == 0 ? "" : ", only " + Counted(leftOut, "other object")));
 }
+
+void NoteLeftOut(const TextSource& source, std::size_t leftOut, const std::string& whatTheyAre) {
+  if (leftOut == 0) return;
+  PrintNote(source.name() + ": left out " + Counted(leftOut, "object") + " that are " + whatTheyAre);
+}
+
+GeometryInput::GeometryInput(const std::string& path, const std::string& argument, std::string noun)
+    : source_(OpenInput(path, argument)), reader_(source_), noun_(std::move(noun)) {}
 
 void GeometryInput::Read(const std::function<bool(const Geometry&)>& consumer) {
   Progress progress(source_.sizeBytes());
@@ -32,9 +36,7 @@ void GeometryInput::Read(const std::function<bool(const Geometry&)>& consumer) {
     if (!consumer(geometry)) ++leftOut_;
     progress.Update(reader_.bytesRead(), count_);
   });
-  if (count_ > 0) return;
-  throw BadInput(name() + ": holds no " + noun_ +
-                 (leftOut_ == 0 ? "" : ", only " + Counted(leftOut_, "other object")));
+  if (count_ == 0) RefuseWithout(noun_, source_, leftOut_);
 }
 
 void GeometryInput::ForEachLine(const std::function<void(Line&, std::size_t)>& consumer) {
@@ -78,19 +80,18 @@ void GeometryInput::ForEachPolygon(const std::function<void(std::vector<Ring>&, 
   });
 }
 
-GeoRect GeometryInput::ReadLineBounds() {
+BoundsCollector GeometryInput::ReadLineBounds() {
   source_.KeepForSecondPass();
   BoundsCollector bounds;
   ForEachLine([&](Line& line, std::size_t) {
     UnwrapLongitudes(line);
     bounds.Add(line);
   });
-  return bounds.Whole();
+  return bounds;
 }
 
 void GeometryInput::NoteWhatIsLeftOut() const {
-  if (leftOut_ == 0) return;
-  PrintNote(name() + ": left out " + Counted(leftOut_, "object") + " that are no " + noun_ + "s");
+  NoteLeftOut(source_, leftOut_, "no " + noun_ + "s");
 }
 
 }  // namespace vorel::tool

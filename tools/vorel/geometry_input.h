@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "base/geo_coordinate.h"
+#include "tools/vorel/geojson_coordinates.h"
 #include "tools/vorel/geojson_reader.h"
 #include "tools/vorel/text_source.h"
 #include "tools/vorel/view.h"
@@ -19,9 +20,8 @@ using Line = std::vector<tarvo::GeoCoordinate>;
 /// of the input. Other geometries are passed over and counted. Shows progress while it reads.
 class GeometryInput {
  public:
-  /// @param path      a file, or "-" for standard input, which is refused when it is a terminal
-  /// @param argument  how the command's help calls the input, such as "LINE"
-  /// @param noun      what is read from it: "line", "point" or "polygon"
+  /// @param path, argument  as for `OpenInput`
+  /// @param noun            what is read from it: "line", "point" or "polygon"
   GeometryInput(const std::string& path, const std::string& argument, std::string noun);
 
   /// Each of these reads the whole input; a second call needs `source().KeepForSecondPass()` before the first one.
@@ -38,7 +38,7 @@ class GeometryInput {
   void ForEachPolygon(const std::function<void(std::vector<Ring>& rings, std::size_t polygonIndex)>&);
 
   /// Reads all lines for the rectangle around them, and gets ready to read them again.
-  GeoRect ReadLineBounds();
+  BoundsCollector ReadLineBounds();
 
   TextSource& source() { return source_; }
   const std::string& name() const { return source_.name(); }
@@ -55,6 +55,14 @@ class GeometryInput {
   std::size_t count_ = 0;
   std::size_t leftOut_ = 0;
 };
+
+/// Throws the `BadInput` of an input that holds nothing of the kind `noun`.
+/// @param leftOut  how many other objects it holds
+[[noreturn]] void RefuseWithout(const std::string& noun, const TextSource& source, std::size_t leftOut);
+
+/// Tells the user how many objects of an input were passed over, if any.
+/// @param whatTheyAre  such as "no lines"
+void NoteLeftOut(const TextSource& source, std::size_t leftOut, const std::string& whatTheyAre);
 
 /// How the help of every command describes the input that holds its lines.
 extern const char* const kLineInputHelp;

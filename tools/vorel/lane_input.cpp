@@ -4,7 +4,10 @@
 
 #include "tools/vorel/failure.h"
 #include "tools/vorel/feature_property.h"
+#include "tools/vorel/geojson_coordinates.h"
 #include "tools/vorel/geojson_reader.h"
+#include "tools/vorel/geometry_input.h"
+#include "tools/vorel/number_option.h"
 #include "tools/vorel/plain_text.h"
 #include "tools/vorel/view.h"
 
@@ -33,12 +36,12 @@ std::string IdOf(const object* feature, std::size_t index) {
 
 }  // namespace
 
-LineSelection ParseSelection(const std::string& text, const std::string& option) {
-  const std::size_t equals = text.find('=');
-  if (equals == std::string::npos || equals == 0) {
-    throw BadInput(option + " " + text + ": is not KEY=VALUE");
-  }
-  return {text.substr(0, equals), text.substr(equals + 1)};
+std::optional<LineSelection> ParseSelection(const std::optional<std::string>& text,
+                                            const std::string& option) {
+  if (!text) return std::nullopt;
+  const std::size_t equals = text->find('=');
+  if (equals == std::string::npos || equals == 0) RefuseOption(option, *text, "is not KEY=VALUE");
+  return LineSelection{text->substr(0, equals), text->substr(equals + 1)};
 }
 
 LaneLines ReadLaneLines(TextSource& source, const std::optional<LineSelection>& selection) {
@@ -65,9 +68,7 @@ LaneLines ReadLaneLines(TextSource& source, const std::optional<LineSelection>& 
     throw BadInput(source.name() + ": none of " + Counted(index, "line") + " has the property " +
                    selection->key + " = " + selection->value);
   }
-  throw BadInput(
-      source.name() + ": holds no line" +
-      (result.geometriesLeftOut == 0 ? "" : ", only " + Counted(result.geometriesLeftOut, "other object")));
+  RefuseWithout("line", source, result.geometriesLeftOut);
 }
 
 std::vector<tarvo::GeoCoordinate> WithoutHeights(const std::vector<tarvo::GeoCoordinateZ>& points) {

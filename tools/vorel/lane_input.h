@@ -25,9 +25,10 @@ struct LineSelection {
   std::string value;
 };
 
-/// Reads "KEY=VALUE"; throws `BadInput` for anything else.
+/// Reads "KEY=VALUE", or nothing where no option is given; throws `BadInput` for anything else.
 /// @param option  how the user calls it; used in messages
-LineSelection ParseSelection(const std::string& text, const std::string& option);
+std::optional<LineSelection> ParseSelection(const std::optional<std::string>& text,
+                                            const std::string& option);
 
 struct LaneLines {
   std::vector<LaneLine> lines;        ///< one or more

@@ -7,6 +7,7 @@
 
 #include "tools/vorel/map_clipping.h"
 #include "tools/vorel/plain_text.h"
+#include "tools/vorel/svg_elements.h"
 
 namespace vorel::tool {
 namespace {
@@ -55,65 +56,6 @@ text { font-family: "DejaVu Sans", "Helvetica Neue", Arial, sans-serif; fill: #2
 .bar { fill: #2b3a45; stroke: #2b3a45; stroke-width: 1; }
 .bar-light { fill: #ffffff; stroke: #2b3a45; stroke-width: 1; }
 )";
-
-std::string PixelText(double value) {
-  return FixedNumber(value, 2);
-}
-
-/// One XML element as text, written by the XML library so that everything is escaped.
-class FragmentWriter : public pugi::xml_writer {
- public:
-  explicit FragmentWriter(std::string& text) : text_(text) {}
-  void write(const void* data, std::size_t size) override {
-    text_.append(static_cast<const char*>(data), size);
-  }
-
- private:
-  std::string& text_;
-};
-
-std::string ToText(const pugi::xml_node& node) {
-  std::string text;
-  FragmentWriter writer(text);
-  node.print(writer, "", pugi::format_raw);
-  return text;
-}
-
-void SetAttribute(pugi::xml_node node, const char* name, const std::string& value) {
-  node.append_attribute(name).set_value(value.c_str());
-}
-
-pugi::xml_node AppendElement(pugi::xml_node parent, const char* name, const char* elementClass) {
-  pugi::xml_node node = parent.append_child(name);
-  node.append_attribute("class").set_value(elementClass);
-  return node;
-}
-
-void AppendRectangle(pugi::xml_node parent, const char* elementClass, double x, double y, double width,
-                     double height) {
-  pugi::xml_node node = AppendElement(parent, "rect", elementClass);
-  SetAttribute(node, "x", PixelText(x));
-  SetAttribute(node, "y", PixelText(y));
-  SetAttribute(node, "width", PixelText(width));
-  SetAttribute(node, "height", PixelText(height));
-}
-
-void AppendPathElement(pugi::xml_node parent, const char* elementClass, const std::string& path) {
-  SetAttribute(AppendElement(parent, "path", elementClass), "d", path);
-}
-
-void AppendText(pugi::xml_node parent, const char* elementClass, double x, double y, const char* anchor,
-                const std::string& text) {
-  pugi::xml_node node = AppendElement(parent, "text", elementClass);
-  SetAttribute(node, "x", PixelText(x));
-  SetAttribute(node, "y", PixelText(y));
-  if (anchor != nullptr) node.append_attribute("text-anchor").set_value(anchor);
-  node.text().set(XmlCharacters(text).c_str());
-}
-
-std::string LinePath(double x1, double y1, double x2, double y2) {
-  return "M" + PixelText(x1) + " " + PixelText(y1) + "L" + PixelText(x2) + " " + PixelText(y2);
-}
 
 /// An arrow of this length that points up, about its centre.
 std::string ArrowPath(double length) {
@@ -164,11 +106,17 @@ std::string MapPicture::PathText(const std::vector<tarvo::GeoCoordinate>& line, 
   return path;
 }
 
+std::string MapPicture::RingsPathText(const std::vector<std::vector<tarvo::GeoCoordinate>>& rings) const {
+  std::string path;
+  for (const std::vector<tarvo::GeoCoordinate>& ring : rings) path += PathText(ring, true);
+  return path;
+}
+
 void MapPicture::AddPath(Spool& layer, const char* elementClass, const std::string& path,
-                         const std::vector<std::pair<const char*, std::string>>& attributes) {
+                         const Attributes& attributes) {
   pugi::xml_document fragment;
   pugi::xml_node node = AppendElement(fragment, "path", elementClass);
-  for (const auto& [name, value] : attributes) SetAttribute(node, name, value);
+  SetAttributes(node, attributes);
   SetAttribute(node, "d", path);
   layer.Append(ToText(node) + "\n");
 }
@@ -179,16 +127,9 @@ void MapPicture::AddLine(std::size_t layer, const std::vector<tarvo::GeoCoordina
   if (!path.empty()) AddPath(layerTexts_[layer], layers_[layer].elementClass.c_str(), path, attributes);
 }
 
-void MapPicture::AddRing(std::size_t layer, const std::vector<tarvo::GeoCoordinate>& ring,
-                         const Attributes& attributes) {
-  const std::string path = PathText(ring, true);
-  if (!path.empty()) AddPath(layerTexts_[layer], layers_[layer].elementClass.c_str(), path, attributes);
-}
-
-void MapPicture::AddRings(std::size_t layer, const std::vector<std::vector<tarvo::GeoCoordinate>>& rings,
-                          const Attributes& attributes) {
-  std::string path;
-  for (const std::vector<tarvo::GeoCoordinate>& ring : rings) path += PathText(ring, true);
+void MapPicture::AddPolygon(std::size_t layer, const std::vector<std::vector<tarvo::GeoCoordinate>>& rings,
+                            const Attributes& attributes) {
+  const std::string path = RingsPathText(rings);
   if (!path.empty()) AddPath(layerTexts_[layer], layers_[layer].elementClass.c_str(), path, attributes);
 }
 
@@ -198,12 +139,9 @@ void MapPicture::AddDot(std::size_t layer, const tarvo::GeoCoordinate& position,
     const Pixel pixel = projection_.ToPixel({position.longitude + 360.0 * turns, position.latitude});
     if (pixel.y < 0.0 || pixel.y > projection_.height()) continue;
     pugi::xml_document fragment;
-    pugi::xml_node node = AppendElement(fragment, "circle", layers_[layer].elementClass.c_str());
-    for (const auto& [name, value] : attributes) SetAttribute(node, name, value);
-    SetAttribute(node, "cx", PixelText(pixel.x));
-    SetAttribute(node, "cy", PixelText(pixel.y));
-    SetAttribute(node, "r", PixelText(radiusPixels));
-    layerTexts_[layer].Append(ToText(node) + "\n");
+    const char* const elementClass = layers_[layer].elementClass.c_str();
+    layerTexts_[layer].Append(ToText(AppendCircle(fragment, elementClass, attributes, pixel, radiusPixels)) +
+                              "\n");
   }
 }
 
@@ -220,13 +158,8 @@ void MapPicture::AddLabel(const tarvo::GeoCoordinate& position, Pixel towards, c
   labels_.Append(ToText(fragment.first_child()) + "\n");
 }
 
-void MapPicture::AddArea(const std::vector<tarvo::GeoCoordinate>& ring) {
-  AddPolygon({ring});
-}
-
 void MapPicture::AddPolygon(const std::vector<std::vector<tarvo::GeoCoordinate>>& rings) {
-  std::string path;
-  for (const std::vector<tarvo::GeoCoordinate>& ring : rings) path += PathText(ring, true);
+  const std::string path = RingsPathText(rings);
   if (!path.empty()) AddPath(areas_, "area", path, {});
 }
 
@@ -237,10 +170,9 @@ void MapPicture::AddRoute(const std::vector<tarvo::GeoCoordinate>& line, std::si
 
 void MapPicture::AddPiece(const std::vector<tarvo::GeoCoordinate>& line, std::size_t routeIndex,
                           std::size_t pieceIndex) {
-  std::vector<std::pair<const char*, std::string>> attributes = {
-      {"data-route", std::to_string(routeIndex)},
-      {"data-piece", std::to_string(pieceIndex)},
-      {"data-vertices", std::to_string(line.size())}};
+  Attributes attributes = {{"data-route", std::to_string(routeIndex)},
+                           {"data-piece", std::to_string(pieceIndex)},
+                           {"data-vertices", std::to_string(line.size())}};
   if (legend_.slenderPieces) attributes.emplace_back("style", kSlenderStyle);
   AddPath(pieces_, "piece", line.empty() ? std::string() : PathText(line, false), attributes);
 }
@@ -322,15 +254,11 @@ void MapPicture::SetPointCount(std::size_t count) {
                  kSmallestPointRadiusPixels, kFullPointRadiusPixels);
 }
 
-void MapPicture::AddPoint(const tarvo::GeoCoordinate& position, bool filled,
-                          const std::vector<std::pair<const char*, std::string>>& attributes) {
-  const Pixel pixel = PixelInReach(position);
+void MapPicture::AddDot(const tarvo::GeoCoordinate& position, bool filled, const Attributes& attributes) {
   pugi::xml_document fragment;
-  pugi::xml_node node = AppendElement(fragment, "circle", filled ? "point" : "hollow");
-  for (const auto& [name, value] : attributes) SetAttribute(node, name, value);
-  SetAttribute(node, "cx", PixelText(pixel.x));
-  SetAttribute(node, "cy", PixelText(pixel.y));
-  SetAttribute(node, "r", PixelText(pointRadiusPixels_));
+  const char* const elementClass = filled ? "point" : "hollow";
+  pugi::xml_node node =
+      AppendCircle(fragment, elementClass, attributes, PixelInReach(position), pointRadiusPixels_);
   // A small dot has no room for its outline.
   if (pointRadiusPixels_ < kOutlinedPointRadiusPixels) {
     SetAttribute(node, "style", filled ? "stroke: none" : "stroke-width: 0.7");
@@ -498,9 +426,7 @@ void MapPicture::Write(const std::string& title, const std::vector<std::string>&
                 [](pugi::xml_node sample) { AppendRectangle(sample, "legend-area", 2.0, -7.0, 25.0, 14.0); });
   }
 
-  std::string text;
-  FragmentWriter writer(text);
-  document.save(writer, " ", pugi::format_indent);
+  const std::string text = ToText(document);
   std::string_view rest = text;
   for (const auto& [name, layer] : texts) {
     const std::string mark = "<!--" + LayerMark(name) + "-->";

@@ -3,16 +3,15 @@
 
 #include <cstddef>
 #include <optional>
-#include <string>
-#include <utility>
-#include <vector>
-
 #include <pugixml.hpp>
+#include <string>
+#include <vector>
 
 #include "base/geo_coordinate.h"
 #include "tools/vorel/map_projection.h"
 #include "tools/vorel/output_target.h"
 #include "tools/vorel/spool.h"
+#include "tools/vorel/svg_elements.h"
 #include "tools/vorel/view.h"
 
 namespace vorel::tool {
@@ -52,15 +51,12 @@ class MapPicture {
   /// A picture made of the given layers alone, in this order from below; `view` is not outlined.
   MapPicture(const GeoRect& view, std::vector<PictureLayer> layers);
 
-  /// Adds to the layer number `layer` what the map shows of it; `attributes` are names such as "data-line" with values.
-  using Attributes = std::vector<std::pair<const char*, std::string>>;
+  /// Adds to the layer number `layer` what the map shows of it, in each turn of the earth that it shows.
   void AddLine(std::size_t layer, const std::vector<tarvo::GeoCoordinate>& line,
                const Attributes& attributes);
-  void AddRing(std::size_t layer, const std::vector<tarvo::GeoCoordinate>& ring,
-               const Attributes& attributes);
-  /// A polygon with holes: the outer ring first.
-  void AddRings(std::size_t layer, const std::vector<std::vector<tarvo::GeoCoordinate>>& rings,
-                const Attributes& attributes);
+  /// @param rings  not closed: the outer one, then the holes
+  void AddPolygon(std::size_t layer, const std::vector<std::vector<tarvo::GeoCoordinate>>& rings,
+                  const Attributes& attributes);
   void AddDot(std::size_t layer, const tarvo::GeoCoordinate& position, double radiusPixels,
               const Attributes& attributes);
 
@@ -71,10 +67,8 @@ class MapPicture {
 
   const MapProjection& projection() const { return projection_; }
 
-  /// A filled polygon under everything else; `ring` is not closed.
-  void AddArea(const std::vector<tarvo::GeoCoordinate>& ring);
-
-  /// The same with holes: the outer ring first.
+  /// A filled polygon under everything else.
+  /// @param rings  not closed: the outer one, then the holes
   void AddPolygon(const std::vector<std::vector<tarvo::GeoCoordinate>>& rings);
 
   /// A line in the light style of what is not in focus. Elements that would be empty are left out.
@@ -92,16 +86,15 @@ class MapPicture {
   void AddArrow(const tarvo::GeoCoordinate& position, std::optional<double> headingDegrees,
                 std::size_t routeIndex, std::size_t pieceIndex, double metresFromPieceStart);
 
-  /// How far apart the points that follow stand along their line: dots shrink, to a limit, before they overlap.
+  /// How far apart the dots that follow stand along their line: dots shrink, to a limit, before they overlap.
   void SetPointSpacing(double metres);
 
-  /// How many points follow, anywhere on the map: many are drawn smaller.
+  /// How many dots follow, anywhere on the map: many are drawn smaller.
   void SetPointCount(std::size_t count);
 
   /// A dot; hollow ones lie under the filled ones. Always one element, also outside of the map.
   /// @param attributes  such as {"data-point", "12"}
-  void AddPoint(const tarvo::GeoCoordinate& position, bool filled,
-                const std::vector<std::pair<const char*, std::string>>& attributes);
+  void AddDot(const tarvo::GeoCoordinate& position, bool filled, const Attributes& attributes);
 
   std::size_t arrowsOutside() const { return arrowsOutside_; }
 
@@ -116,11 +109,11 @@ class MapPicture {
 
  private:
   std::string PathText(const std::vector<tarvo::GeoCoordinate>& line, bool closed) const;
-  void AddPath(Spool& layer, const char* elementClass, const std::string& path,
-               const std::vector<std::pair<const char*, std::string>>& attributes);
+  std::string RingsPathText(const std::vector<std::vector<tarvo::GeoCoordinate>>& rings) const;
+  void AddPath(Spool& layer, const char* elementClass, const std::string& path, const Attributes& attributes);
   Pixel PixelInReach(const tarvo::GeoCoordinate& position) const;
-  void AppendFrame(pugi::xml_node svg) const;
-  void AppendScaleBar(pugi::xml_node svg) const;
+  void AppendFrame(pugi::xml_node map) const;
+  void AppendScaleBar(pugi::xml_node footer) const;
 
   MapProjection projection_;
   MapLegend legend_;

@@ -7,6 +7,7 @@
 #include "tools/vorel/command.h"
 #include "tools/vorel/failure.h"
 #include "tools/vorel/geojson_writer.h"
+#include "tools/vorel/geometry_input.h"
 #include "tools/vorel/lane_command.h"
 #include "tools/vorel/lane_input.h"
 #include "tools/vorel/map_picture.h"
@@ -58,7 +59,7 @@ struct Options {
   std::optional<std::string> headingTolerance;
   std::optional<std::string> farSegments;
   bool walk = false;
-  LaneOutputOptions outputs;
+  LaneOutputOptions output;
 };
 
 MatchingRules ParseRules(const Options& options) {
@@ -74,30 +75,24 @@ MatchingRules ParseRules(const Options& options) {
   return rules;
 }
 
-std::optional<LineSelection> ParseOptionalSelection(const std::optional<std::string>& text,
-                                                    const char* option) {
-  if (!text) return std::nullopt;
-  return ParseSelection(*text, option);
-}
-
 class MatchRun {
  public:
   explicit MatchRun(const Options& options)
       : options_(options),
         rules_(ParseRules(options)),
-        lanesSelection_(ParseOptionalSelection(options.lanesOnly, "--lanes-only")),
-        traceSelection_(ParseOptionalSelection(options.traceOnly, "--trace-only")),
+        lanesSelection_(ParseSelection(options.lanesOnly, "--lanes-only")),
+        traceSelection_(ParseSelection(options.traceOnly, "--trace-only")),
         lanesSource_(OpenLanes(options)),
-        traceSource_(OpenLaneInput(options.trace, "TRACE")),
-        outputs_(options.outputs, {&lanesSource_, &traceSource_}) {}
+        traceSource_(OpenInput(options.trace, "TRACE")),
+        output_(options.output, {&lanesSource_, &traceSource_}) {}
 
   void Run() {
     const LaneLines lanes = ReadLaneLines(lanesSource_, lanesSelection_);
     const LaneLines traces = ReadLaneLines(traceSource_, traceSelection_);
     const TraceMatcher matcher(lanes.lines, rules_);
-    GeoJsonWriter writer(outputs_.out());
+    GeoJsonWriter writer(output_.out());
     std::optional<MapPicture> picture;
-    if (outputs_.wantsPicture()) picture.emplace(StartMatchPicture(lanes.lines, traces.lines));
+    if (output_.wantsPicture()) picture.emplace(StartMatchPicture(lanes.lines, traces.lines));
     for (const LaneLine& trace : traces.lines) {
       const std::vector<std::optional<MatchedFix>> matches = matcher.Match(trace.points);
       for (std::size_t i = 0; i < matches.size(); ++i) {
@@ -107,12 +102,12 @@ class MatchRun {
     }
     writer.Finish(Summary(lanes.lines.size()));
     if (picture) {
-      outputs_.WritePicture(*picture, PictureTitle(options_.trace, traceSource_),
-                            {SummaryText(), "lines of " + PictureTitle(options_.lanes, lanesSource_)});
+      picture->Write(PictureTitle(traceSource_), {SummaryText(), "lines of " + PictureTitle(lanesSource_)},
+                     output_.picture());
     }
-    outputs_.Publish();
-    NoteLeftOut(lanesSource_, lanes.geometriesLeftOut);
-    NoteLeftOut(traceSource_, traces.geometriesLeftOut);
+    output_.Publish();
+    NoteLeftOut(lanesSource_, lanes.geometriesLeftOut, "no lines");
+    NoteLeftOut(traceSource_, traces.geometriesLeftOut, "no lines");
     PrintNote(traceSource_.name() + ": " + SummaryText());
   }
 
@@ -125,7 +120,7 @@ class MatchRun {
     if (options.lanes == "-" && options.trace == "-") {
       throw BadInput("LANES -: standard input is read for the trace already");
     }
-    return OpenLaneInput(options.lanes, "LANES");
+    return OpenInput(options.lanes, "LANES");
   }
 
   void WriteFix(GeoJsonWriter& writer, const std::vector<LaneLine>& lanes, const LaneLine& trace,
@@ -155,7 +150,7 @@ class MatchRun {
     std::vector<std::vector<GeoCoordinate>> traceLines;
     for (const LaneLine& trace : traces) traceLines.push_back(WithoutHeights(trace.points));
     using Shape = PictureLayer::Shape;
-    MapPicture picture = outputs_.StartPicture(
+    MapPicture picture = output_.StartPicture(
         traceLines,
         {{"lane", "line", "fill: none; stroke: #9fb4c4; stroke-width: 2.6", Shape::kLine},
          {"trace", "trace", "fill: none; stroke: #3d6fa5; stroke-width: 0.8", Shape::kLine},
@@ -173,10 +168,9 @@ class MatchRun {
 
   static void DrawFix(MapPicture& picture, const std::vector<LaneLine>& lanes, const LaneLine& trace,
                       std::size_t fix, const std::optional<MatchedFix>& match) {
-    const MapPicture::Attributes attributes = {
-        {"data-trace", std::to_string(trace.index)},
-        {"data-fix", std::to_string(fix)},
-        {"data-line", match ? std::to_string(lanes[match->line].index) : "none"}};
+    const Attributes attributes = {{"data-trace", std::to_string(trace.index)},
+                                   {"data-fix", std::to_string(fix)},
+                                   {"data-line", match ? std::to_string(lanes[match->line].index) : "none"}};
     if (match) {
       std::vector<GeoCoordinate> stroke = {trace.points[fix], match->position};
       UnwrapLongitudes(stroke);
@@ -218,7 +212,7 @@ class MatchRun {
   std::optional<LineSelection> traceSelection_;
   TextSource lanesSource_;
   TextSource traceSource_;
-  LaneOutputs outputs_;
+  LaneOutput output_;
   std::size_t fixes_ = 0;
   std::vector<double> distances_;
 };
@@ -262,7 +256,7 @@ Command AddMatchCommand(CLI::App& program) {
   arguments
       ->add_flag("--walk", options->walk, "Follow the line of the fix before, searching only where it ends")
       ->disable_flag_override();
-  AddLaneOutputOptions(*arguments, options->outputs, "trace, lines and what was matched to what");
+  AddLaneOutputOptions(*arguments, options->output, "trace, lines and what was matched to what");
   arguments->footer(std::string(kLaneInputHelp) + kHow + kLaneOutputHelp + kExitStatusHelp + kExamples);
   return {arguments, [options] { MatchRun(*options).Run(); }};
 }

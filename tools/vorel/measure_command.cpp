@@ -137,7 +137,7 @@ Command AddMeasureCommand(CLI::App& program) {
       ->add_flag("--table", options->table,
                  "Write the cumulative table of each line instead of one row per\nline. Default: off")
       ->disable_flag_override();
-  AddOutputOptions(*arguments, options->output, "Where the CSV goes.", nullptr);
+  AddOutputOptions(*arguments, options->output, "Where the CSV goes.", "");
   arguments->footer(std::string("Input\n") + kLineInputHelp + kExplanation);
   return {arguments, [options] { Run(*options); }};
 }

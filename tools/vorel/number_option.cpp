@@ -2,7 +2,6 @@
 
 #include <charconv>
 #include <cmath>
-#include <limits>
 
 #include "tools/vorel/failure.h"
 #include "tools/vorel/plain_text.h"
@@ -10,8 +9,9 @@
 namespace vorel::tool {
 namespace {
 
+/// Whether all of `text` is a number, which is then in `number`.
 template <class Number>
-bool ReadWhole(const std::string& text, Number& number) {
+bool ReadAll(std::string_view text, Number& number) {
   const char* const end = text.data() + text.size();
   const auto [last, error] = std::from_chars(text.data(), end, number);
   return error == std::errc() && last == end;
@@ -23,13 +23,17 @@ void RefuseOption(const std::string& option, const std::string& text, const std:
   throw BadInput(option + " " + text + ": " + problem);
 }
 
-double ParseNumber(const std::string& text, const std::string& option) {
+std::optional<double> ReadNumber(std::string_view text) {
   double number = 0.0;
   const bool plus = text.size() > 1 && text[0] == '+' && text[1] != '-';
-  if (!ReadWhole(plus ? text.substr(1) : text, number) || !std::isfinite(number)) {
-    RefuseOption(option, text, "is not a number");
-  }
+  if (!ReadAll(plus ? text.substr(1) : text, number) || !std::isfinite(number)) return std::nullopt;
   return number;
+}
+
+double ParseNumber(const std::string& text, const std::string& option) {
+  const std::optional<double> number = ReadNumber(text);
+  if (!number) RefuseOption(option, text, "is not a number");
+  return *number;
 }
 
 double ParsePositive(const std::string& text, const std::string& option, double most) {
@@ -44,12 +48,28 @@ double ParseNotNegative(const std::string& text, const std::string& option, doub
   RefuseOption(option, text, "is not between 0 and " + FixedNumber(most, 0));
 }
 
-int ParseWhole(const std::string& text, const std::string& option, int least) {
-  int number = 0;
-  if (ReadWhole(text, number) && number >= least) return number;
+double ParseMetres(const std::string& text, const std::string& option, bool zeroAllowed) {
+  double metres = 0.0;
+  if (ReadAll(text, metres) && std::isfinite(metres) && (zeroAllowed ? metres >= 0.0 : metres > 0.0)) {
+    return metres;
+  }
   RefuseOption(option, text,
-               "is not a whole number from " + std::to_string(least) + " to " +
-                   std::to_string(std::numeric_limits<int>::max()));
+               std::string("is not a number of metres") + (zeroAllowed ? ", 0 or more" : " greater than 0"));
+}
+
+int ParseWholeMetres(const std::string& text, const std::string& option) {
+  int metres = 0;
+  if (ReadAll(text, metres) && metres > 0) return metres;
+  RefuseOption(
+      option, text,
+      "is not a whole number of metres from 1 to " + std::to_string(std::numeric_limits<int>::max()));
+}
+
+int ParseWhole(const std::string& text, const std::string& option, int least, int most) {
+  int number = 0;
+  if (ReadAll(text, number) && number >= least && number <= most) return number;
+  RefuseOption(option, text,
+               "is not a whole number from " + std::to_string(least) + " to " + std::to_string(most));
 }
 
 std::vector<std::uint32_t> ParseAscendingIndices(const std::string& text, const std::string& option) {
@@ -61,7 +81,7 @@ std::vector<std::uint32_t> ParseAscendingIndices(const std::string& text, const 
     const std::string field = text.substr(begin, more ? comma - begin : std::string::npos);
     begin = comma + 1;
     int index = 0;
-    if (!ReadWhole(field, index) || index < 0) {
+    if (!ReadAll(field, index) || index < 0) {
       RefuseOption(option, text, "\"" + field + "\" is not an index (a whole number from 0 on)");
     }
     if (!indices.empty() && static_cast<std::uint32_t>(index) <= indices.back()) {

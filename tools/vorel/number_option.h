@@ -2,20 +2,26 @@
 #define VOREL_TOOLS_VOREL_NUMBER_OPTION_H_
 
 #include <cstdint>
+#include <limits>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 namespace vorel::tool {
 
 // Numbers on the command line. `option` is how the user calls the option; every message begins with it and the text.
-// All throw `BadInput` for what they cannot read.
+// All `Parse...` throw `BadInput` for what they cannot read. Lengths and whole numbers take no leading +.
 
 /// Throws `BadInput` that says "OPTION TEXT: PROBLEM".
 [[noreturn]] void RefuseOption(const std::string& option, const std::string& text,
                                const std::string& problem);
 
-/// A finite number.
+/// The finite number that all of `text` is, perhaps behind one +; nothing for anything else.
+std::optional<double> ReadNumber(std::string_view text);
+
+/// The same, which `text` must be.
 double ParseNumber(const std::string& text, const std::string& option);
 
 /// A number in (0, most]; `most` is whole.
@@ -24,8 +30,15 @@ double ParsePositive(const std::string& text, const std::string& option, double 
 /// A number in [0, most]; `most` is whole.
 double ParseNotNegative(const std::string& text, const std::string& option, double most);
 
-/// A whole number in [least, 2147483647].
-int ParseWhole(const std::string& text, const std::string& option, int least);
+/// A length in metres: a finite number greater than 0, or of 0 too.
+double ParseMetres(const std::string& text, const std::string& option, bool zeroAllowed);
+
+/// A whole number of metres in [1, 2147483647].
+int ParseWholeMetres(const std::string& text, const std::string& option);
+
+/// A whole number in [least, most].
+int ParseWhole(const std::string& text, const std::string& option, int least,
+               int most = std::numeric_limits<int>::max());
 
 /// Whole numbers in [0, 2147483647] in ascending order, with commas; equal neighbours are refused.
 std::vector<std::uint32_t> ParseAscendingIndices(const std::string& text, const std::string& option);

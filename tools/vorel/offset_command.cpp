@@ -1,5 +1,4 @@
 #include <cmath>
-#include <limits>
 #include <memory>
 #include <optional>
 #include <string>
@@ -9,6 +8,7 @@
 #include "tools/vorel/command.h"
 #include "tools/vorel/failure.h"
 #include "tools/vorel/geojson_writer.h"
+#include "tools/vorel/geometry_input.h"
 #include "tools/vorel/lane_command.h"
 #include "tools/vorel/lane_input.h"
 #include "tools/vorel/map_picture.h"
@@ -43,7 +43,7 @@ struct Options {
   std::optional<std::string> only;
   std::string metres;
   std::string side;
-  LaneOutputOptions outputs;
+  LaneOutputOptions output;
 };
 
 float ParseOffset(const std::string& text) {
@@ -61,13 +61,12 @@ bool ParseLeft(const std::string& text) {
 void RunOffset(const Options& options) {
   const float metres = ParseOffset(options.metres);
   const bool left = ParseLeft(options.side);
-  std::optional<LineSelection> selection;
-  if (options.only) selection = ParseSelection(*options.only, "--only");
-  TextSource source = OpenLaneInput(options.line, "LINE");
-  LaneOutputs outputs(options.outputs, {&source});
+  const std::optional<LineSelection> selection = ParseSelection(options.only, "--only");
+  TextSource source = OpenInput(options.line, "LINE");
+  LaneOutput output(options.output, {&source});
 
   const LaneLines input = ReadLaneLines(source, selection);
-  GeoJsonWriter writer(outputs.out());
+  GeoJsonWriter writer(output.out());
   std::vector<std::vector<GeoCoordinate>> lines;  // before, after, before, after...
   for (const LaneLine& line : input.lines) {
     std::vector<GeoCoordinateZ> moved;
@@ -79,24 +78,25 @@ void RunOffset(const Options& options) {
     writer.JsonProperty("metres", ShortestNumber(metres));
     writer.JsonProperty("side", left ? "\"left\"" : "\"right\"");
     writer.EndFeature();
-    if (!outputs.wantsPicture()) continue;
+    if (!output.wantsPicture()) continue;
     lines.push_back(WithoutHeights(line.points));
     lines.push_back(WithoutHeights(moved));
   }
   writer.Finish();
-  if (outputs.wantsPicture()) {
-    MapPicture picture = outputs.StartPicture(
+  if (output.wantsPicture()) {
+    MapPicture picture = output.StartPicture(
         lines, {{"lane", "line", "fill: none; stroke: #8296a5; stroke-width: 1.6", {}},
                 {"moved", "offset", "fill: none; stroke: #c8321e; stroke-width: 1.6", {}}});
     for (std::size_t i = 0; i < lines.size(); ++i) {
       picture.AddLine(i % 2, lines[i], {{"data-line", std::to_string(input.lines[i / 2].index)}});
     }
-    outputs.WritePicture(
-        picture, PictureTitle(options.line, source),
-        {Counted(input.lines.size(), "line") + ", " + ShortestNumber(metres) + " m to the " + options.side});
+    picture.Write(
+        PictureTitle(source),
+        {Counted(input.lines.size(), "line") + ", " + ShortestNumber(metres) + " m to the " + options.side},
+        output.picture());
   }
-  outputs.Publish();
-  NoteLeftOut(source, input.geometriesLeftOut);
+  output.Publish();
+  NoteLeftOut(source, input.geometriesLeftOut, "no lines");
 }
 
 }  // namespace
@@ -116,7 +116,7 @@ Command AddOffsetCommand(CLI::App& program) {
       ->type_name("left|right")
       ->required();
   AddSelectionOption(*arguments, "--only", "LINE", options->only);
-  AddLaneOutputOptions(*arguments, options->outputs, "the lines before and after");
+  AddLaneOutputOptions(*arguments, options->output, "the lines before and after");
   arguments->footer(std::string(kLaneInputHelp) + kOutput + kLaneOutputHelp + kExitStatusHelp + kExamples);
   return {arguments, [options] { RunOffset(*options); }};
 }

@@ -1,18 +1,17 @@
 #include <algorithm>
 #include <limits>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "map_utils/vorel_geometry_algorithm.h"
 #include "tools/vorel/command.h"
-#include "tools/vorel/command_output.h"
-#include "tools/vorel/failure.h"
 #include "tools/vorel/geojson_writer.h"
 #include "tools/vorel/geometry_input.h"
 #include "tools/vorel/map_picture.h"
+#include "tools/vorel/number_option.h"
 #include "tools/vorel/plain_text.h"
+#include "tools/vorel/point_query.h"
 #include "tools/vorel/view.h"
 
 namespace vorel::tool {
@@ -54,47 +53,17 @@ Examples
 constexpr double kLargestSquareDegrees = 0.1;  // half width of the library's largest square about a vertex
 
 struct Options {
-  std::string line;
-  std::string points = "-";
+  PointQueryOptions query;
   std::string tolerance;
   bool segments = false;
-  OutputOptions output;
 };
 
-class OnLineRun {
+class OnLineQuery : public PointQuery {
  public:
-  explicit OnLineRun(const Options& options)
-      : toleranceMetres_(ParseMetres(options.tolerance, "--tolerance", true)),
-        asksSegments_(options.segments) {
-    if (options.line == "-" && options.points == "-") {
-      throw BadInput("POINTS -: standard input is read for the line already");
-    }
-    lineInput_.emplace(options.line, "LINE", "line");
-    pointInput_.emplace(options.points, "POINTS", "point");
-    output_.emplace(options.output,
-                    std::initializer_list<const TextSource*>{&lineInput_->source(), &pointInput_->source()});
-  }
-
-  void Run() {
-    ReadLines();
-    if (output_->wantsPicture()) StartPicture();
-    GeoJsonWriter writer(output_->out());
-    pointInput_->ForEachPoint([&](const tarvo::GeoCoordinate& point, std::size_t pointIndex) {
-      WritePoint(point, pointIndex, writer);
-    });
-    writer.Finish();
-    if (picture_) {
-      picture_->Write(PictureTitle(pointInput_->source()),
-                      {Counted(onLineCount_, "point") + " within " + ShortestNumber(toleranceMetres_) +
-                           " m of a vertex" + (asksSegments_ ? " or on a segment" : "") + ", " +
-                           Counted(pointCount_ - onLineCount_, "point") + " elsewhere",
-                       Counted(lines_.size(), "line") + " of " + PictureTitle(lineInput_->source())},
-                      output_->picture());
-    }
-    output_->Publish();
-    lineInput_->NoteWhatIsLeftOut();
-    pointInput_->NoteWhatIsLeftOut();
-  }
+  OnLineQuery(const Options& options, double toleranceMetres)
+      : PointQuery(options.query, "LINE", "line"),
+        toleranceMetres_(toleranceMetres),
+        asksSegments_(options.segments) {}
 
  private:
   /// A line, longitudes unwrapped, with the box around the places that may be near it.
@@ -103,10 +72,10 @@ class OnLineRun {
     GeoRect box;
   };
 
-  void ReadLines() {
-    lineInput_->ForEachLine([&](Line& line, std::size_t) {
+  void ReadFigures(GeometryInput& input, BoundsCollector& bounds) override {
+    input.ForEachLine([&](Line& line, std::size_t) {
       UnwrapLongitudes(line);
-      bounds_.Add(line);
+      bounds.Add(line);
       GeoRect box = BoundsOf(line);
       box.min.longitude -= kLargestSquareDegrees;
       box.max.longitude += kLargestSquareDegrees;
@@ -114,23 +83,16 @@ class OnLineRun {
     });
   }
 
-  void StartPicture() {
-    pointInput_->source().KeepForSecondPass();
-    std::size_t count = 0;
-    pointInput_->ForEachPoint([&](const tarvo::GeoCoordinate& point, std::size_t pointIndex) {
-      bounds_.Add({point});
-      count = pointIndex + 1;
-    });
-    MapLegend legend;
-    legend.view.clear();
-    legend.route = "line";
-    legend.piece.clear();
-    legend.arrow.clear();
-    legend.point = "on a line";
-    legend.hollowPoint = "on none";
-    picture_.emplace(bounds_.Whole(), legend);
-    picture_->SetPointCount(count);
-    for (std::size_t i = 0; i < lines_.size(); ++i) picture_->AddRoute(lines_[i].line, i);
+  bool WriteAnswer(const tarvo::GeoCoordinate& point, GeoJsonWriter& writer) override {
+    int lineIndex = -1;
+    int index = -1;
+    for (std::size_t i = 0; i < lines_.size() && index == -1; ++i) {
+      index = IndexOnLine(lines_[i], point);
+      if (index != -1) lineIndex = static_cast<int>(i);
+    }
+    writer.Property("line", lineIndex);
+    writer.Property("index", index);
+    return index != -1;
   }
 
   /// The index that the library gives, for the point laid next to the line; -1 when it lies nowhere.
@@ -147,35 +109,28 @@ class OnLineRun {
     return index;
   }
 
-  void WritePoint(const tarvo::GeoCoordinate& point, std::size_t pointIndex, GeoJsonWriter& writer) {
-    int lineIndex = -1;
-    int index = -1;
-    for (std::size_t i = 0; i < lines_.size() && index == -1; ++i) {
-      index = IndexOnLine(lines_[i], point);
-      if (index != -1) lineIndex = static_cast<int>(i);
-    }
-    writer.StartPoint(point);
-    writer.Property("line", lineIndex);
-    writer.Property("index", index);
-    writer.Property("point", pointIndex);
-    writer.EndFeature();
-    if (picture_) picture_->AddPoint(point, index != -1, {{"data-point", std::to_string(pointIndex)}});
-    if (index != -1) ++onLineCount_;
-    ++pointCount_;
+  void NameInLegend(MapLegend& legend) const override {
+    legend.route = "line";
+    legend.point = "on a line";
+    legend.hollowPoint = "on none";
+  }
+
+  void DrawFigures(MapPicture& picture) const override {
+    for (std::size_t i = 0; i < lines_.size(); ++i) picture.AddRoute(lines_[i].line, i);
+  }
+
+  std::vector<std::string> Subtitles(const std::string& onLineText, const std::string& elsewhereText,
+                                     const std::string& linesTitle) const override {
+    return {onLineText + " within " + ShortestNumber(toleranceMetres_) + " m of a vertex" +
+                (asksSegments_ ? " or on a segment" : "") + ", " + elsewhereText + " elsewhere",
+            Counted(lines_.size(), "line") + " of " + linesTitle};
   }
 
   double toleranceMetres_;
   float tolerance_ =
       static_cast<float>(std::min<double>(toleranceMetres_, std::numeric_limits<float>::max()));
   bool asksSegments_;
-  std::optional<GeometryInput> lineInput_;
-  std::optional<GeometryInput> pointInput_;
-  std::optional<CommandOutput> output_;
-  std::optional<MapPicture> picture_;
   std::vector<BoxedLine> lines_;
-  BoundsCollector bounds_;
-  std::size_t pointCount_ = 0;
-  std::size_t onLineCount_ = 0;
 };
 
 }  // namespace
@@ -183,12 +138,7 @@ class OnLineRun {
 Command AddOnLineCommand(CLI::App& program) {
   const auto options = std::make_shared<Options>();
   CLI::App* const arguments = program.add_subcommand("on-line", kDescription);
-  arguments->add_option("LINE", options->line, "GeoJSON file with lines; - for standard input")
-      ->type_name("FILE")
-      ->required();
-  arguments
-      ->add_option("POINTS", options->points, "GeoJSON file with points; standard input when absent or -")
-      ->type_name("FILE");
+  AddPointQueryArguments(*arguments, options->query, "LINE", "lines");
   arguments
       ->add_option("--tolerance", options->tolerance,
                    "How far from a vertex a point may lie, in metres: 0 or more;\n"
@@ -199,10 +149,13 @@ Command AddOnLineCommand(CLI::App& program) {
       ->add_flag("--segments", options->segments,
                  "Ask whether a point lies in the box of a segment too. Default: off")
       ->disable_flag_override();
-  AddOutputOptions(*arguments, options->output, "Where the points go.",
-                   "Also draw a map of lines and points, as SVG.");
+  AddPointQueryOutput(*arguments, options->query, "lines");
   arguments->footer(kExplanation);
-  return {arguments, [options] { OnLineRun(*options).Run(); }};
+  return {arguments, [options] {
+            // The tolerance is refused before any file is opened.
+            const double toleranceMetres = ParseMetres(options->tolerance, "--tolerance", true);
+            OnLineQuery(*options, toleranceMetres).Run();
+          }};
 }
 
 }  // namespace vorel::tool

@@ -6,9 +6,12 @@
 #include "map_utils/vorel_geometry_algorithm.h"
 #include "tools/vorel/command.h"
 #include "tools/vorel/failure.h"
+#include "tools/vorel/geojson_coordinates.h"
 #include "tools/vorel/geojson_reader.h"
 #include "tools/vorel/geojson_writer.h"
+#include "tools/vorel/geometry_input.h"
 #include "tools/vorel/lane_command.h"
+#include "tools/vorel/lane_input.h"
 #include "tools/vorel/number_option.h"
 #include "tools/vorel/plain_text.h"
 #include "tools/vorel/progress.h"
@@ -47,7 +50,7 @@ Examples
 struct Options {
   std::string points = "-";
   std::string at;
-  LaneOutputOptions outputs;
+  LaneOutputOptions output;
 };
 
 GeoCoordinate ParsePlace(const std::string& text) {
@@ -76,8 +79,8 @@ const char* PlaneKind(float normalZ) {
 
 void RunPlane(const Options& options) {
   GeoCoordinate place = ParsePlace(options.at);
-  TextSource source = OpenLaneInput(options.points, "POINTS");
-  LaneOutputs outputs(options.outputs, {&source});
+  TextSource source = OpenInput(options.points, "POINTS");
+  LaneOutput output(options.output, {&source});
   std::vector<GeoCoordinateZ> points;
   std::size_t leftOut = 0;
   GeoJsonReader(source).ForEachGeometry([&](const Geometry& geometry) {
@@ -101,7 +104,7 @@ void RunPlane(const Options& options) {
   if (!std::isfinite(height) || !std::isfinite(narrowHeight) || !std::isfinite(normal.z)) {
     throw BadInput(source.name() + ": the height of the plane at " + options.at + " is beyond all numbers");
   }
-  GeoJsonWriter writer(outputs.out());
+  GeoJsonWriter writer(output.out());
   writer.StartPoint(GeoCoordinateZ{place.longitude, place.latitude, narrowHeight});
   writer.Property("height", height);
   writer.JsonProperty("plane", "\"" + kind + "\"");
@@ -109,11 +112,8 @@ void RunPlane(const Options& options) {
                                     ShortestNumber(normal.latitude) + "," + ShortestNumber(normal.z) + "]");
   writer.EndFeature();
   writer.Finish();
-  outputs.Publish();
-  if (leftOut > 0) {
-    PrintNote(source.name() + ": left out " + Counted(leftOut, "object") +
-              " that are neither points nor lines");
-  }
+  output.Publish();
+  NoteLeftOut(source, leftOut, "neither points nor lines");
   if (kind == "downward") PrintNote(source.name() + ": the three points run clockwise, so the height is 0");
   if (kind == "degenerate") {
     PrintNote(source.name() + ": the three points lie on one line or too close together, so the height is 0");
@@ -135,7 +135,7 @@ Command AddPlaneCommand(CLI::App& program) {
                    "to 90, with a comma")
       ->type_name("LON,LAT")
       ->required();
-  AddLaneOutputOptions(*arguments, options->outputs, "");
+  AddLaneOutputOptions(*arguments, options->output, "");
   arguments->footer(std::string(kExplanation) + kLaneOutputHelp + kExitStatusHelp + kExamples);
   return {arguments, [options] { RunPlane(*options); }};
 }

@@ -1,6 +1,5 @@
 #include "tools/vorel/route_symbols.h"
 
-#include <algorithm>
 #include <stdexcept>
 #include <utility>
 

@@ -1,5 +1,3 @@
-#include <algorithm>
-#include <limits>
 #include <memory>
 #include <optional>
 #include <string>
@@ -13,6 +11,7 @@
 #include "tools/vorel/geojson_writer.h"
 #include "tools/vorel/geometry_input.h"
 #include "tools/vorel/map_picture.h"
+#include "tools/vorel/number_option.h"
 #include "tools/vorel/plain_text.h"
 #include "tools/vorel/progress.h"
 #include "tools/vorel/view.h"
@@ -79,12 +78,12 @@ class SampleRun {
   explicit SampleRun(const Options& options) : options_(options) {
     RequireOneKind(options);
     if (options.every) metres_ = ParseMetres(*options.every, "--every", false);
-    if (options.max) maxCount_ = ParseWholeNumber(*options.max, "--max", 1, std::numeric_limits<int>::max());
+    if (options.max) maxCount_ = ParseWhole(*options.max, "--max", 1);
     if (options.first) metres_ = ParseMetres(*options.first, "--first", false);
     if (options.after) metres_ = ParseMetres(*options.after, "--after", true);
-    if (options.count) count_ = ParseWholeNumber(*options.count, "--count", 2, kMostPoints);
+    if (options.count) count_ = ParseWhole(*options.count, "--count", 2, kMostPoints);
     lines_.emplace(options.line, "LINE", "line");
-    output_.emplace(options.output, std::initializer_list<const TextSource*>{&lines_->source()});
+    output_.emplace(options.output, std::vector<const TextSource*>{&lines_->source()});
   }
 
   void Run() {
@@ -132,7 +131,7 @@ class SampleRun {
     } else {
       legend.point = "sample";
     }
-    picture_.emplace(lines_->ReadLineBounds(), legend);
+    picture_.emplace(lines_->ReadLineBounds().Whole(), legend);
     if (options_.every) picture_->SetPointSpacing(metres_);
   }
 
@@ -154,7 +153,7 @@ class SampleRun {
       writer.Property("metres", metresFromStart);
       writer.EndFeature();
       if (picture_) {
-        picture_->AddPoint(
+        picture_->AddDot(
             samples_[i], true,
             {{"data-line", std::to_string(lineIndex)}, {"data-metres", ShortestNumber(metresFromStart)}});
       }
@@ -195,7 +194,7 @@ class SampleRun {
       writer.StartPoint(sample);
       writer.Property("sample", featureCount_);
       writer.EndFeature();
-      if (picture_) picture_->AddPoint(sample, true, {{"data-sample", std::to_string(featureCount_)}});
+      if (picture_) picture_->AddDot(sample, true, {{"data-sample", std::to_string(featureCount_)}});
       ++featureCount_;
     }
   }

@@ -1,6 +1,3 @@
-#include <unistd.h>
-
-#include <filesystem>
 #include <iostream>
 #include <memory>
 #include <optional>
@@ -12,11 +9,13 @@
 #include "logging/logger.h"
 #include "logging/sink.h"
 #include "tools/vorel/command.h"
+#include "tools/vorel/command_output.h"
 #include "tools/vorel/failure.h"
-#include "tools/vorel/geojson_reader.h"
+#include "tools/vorel/geojson_coordinates.h"
 #include "tools/vorel/geojson_writer.h"
+#include "tools/vorel/geometry_input.h"
 #include "tools/vorel/map_picture.h"
-#include "tools/vorel/output_target.h"
+#include "tools/vorel/number_option.h"
 #include "tools/vorel/plain_text.h"
 #include "tools/vorel/progress.h"
 #include "tools/vorel/route_symbols.h"
@@ -58,8 +57,7 @@ struct Options {
   std::optional<std::string> view;
   std::string spacing = "100";
   std::optional<std::string> area;
-  std::string out = "-";
-  std::optional<std::string> picture;
+  OutputOptions output;
   bool verbose = false;
 };
 
@@ -96,11 +94,7 @@ class SymbolsRun {
   explicit SymbolsRun(const Options& options)
       : options_(options),
         spacingMetres_(ParseWholeMetres(options.spacing, "--spacing")),
-        route_(options.route),
-        reader_(route_) {
-    if (options.route == "-" && isatty(STDIN_FILENO) == 1) {
-      throw BadInput("no ROUTE is given, and standard input is a terminal");
-    }
+        routes_(options.route, "ROUTE", "line") {
     if (options.view) view_ = ParseView(*options.view, "--view");
     if (options.area) {
       if (*options.area == "-" && options.route == "-") {
@@ -108,95 +102,51 @@ class SymbolsRun {
       }
       area_.emplace(*options.area);
     }
-    OpenTargets();
+    output_.emplace(options.output,
+                    std::vector<const TextSource*>{&routes_.source(), area_ ? &*area_ : nullptr});
   }
 
   void Run() {
-    std::vector<tarvo::GeoCoordinate> area;
+    Ring area;
     if (area_) area = ReadSinglePolygon(*area_);
-    if (!view_) view_ = HalvedBounds();
+    if (!view_) view_ = routes_.ReadLineBounds().HalvedAboutCentre();
 
     std::optional<VerboseLogging> logging;
     if (options_.verbose) logging.emplace();
     std::optional<MapPicture> picture;
-    if (picture_) {
+    if (output_->wantsPicture()) {
       picture.emplace(*view_);
       picture->SetArrowSpacing(spacingMetres_);
-      if (!area.empty()) picture->AddArea(area);
+      if (!area.empty()) picture->AddPolygon({area});
     }
     const RouteSymbolPlacer placer(*view_, spacingMetres_, area);
-    GeoJsonWriter writer(*out_);
+    GeoJsonWriter writer(output_->out());
     std::vector<RoutePiece> pieces;
-    ForEachRoute([&](const std::vector<tarvo::GeoCoordinate>& line) {
-      if (picture) picture->AddRoute(line, routes_);
-      placer.Place(line, "vorel symbols", pieces);
+    routes_.ForEachLine([&](Line& route, std::size_t routeIndex) {
+      UnwrapLongitudes(route);
+      if (picture) picture->AddRoute(route, routeIndex);
+      placer.Place(route, "vorel symbols", pieces);
       for (std::size_t i = 0; i < pieces.size(); ++i) {
-        WritePiece(pieces[i], i, writer, picture ? &*picture : nullptr);
+        WritePiece(pieces[i], routeIndex, i, writer, picture ? &*picture : nullptr);
       }
-      ++routes_;
+      routeCount_ = routeIndex + 1;
     });
     writer.Finish();
-    if (picture) picture->Write(Title(), Subtitles(*picture), *picture_);
-    OutputTarget::Publish({&*out_, picture_ ? &*picture_ : nullptr});
-    if (geometriesLeftOut_ > 0) {
-      PrintNote(route_.name() + ": left out " + Counted(geometriesLeftOut_, "object") + " that are no lines");
+    if (picture) picture->Write(PictureTitle(routes_.source()), Subtitles(*picture), output_->picture());
+    output_->Publish();
+    routes_.NoteWhatIsLeftOut();
+    if (symbolCount_ == 0) {
+      PrintNote(routes_.name() + ": no symbol lies in the view " + ViewText(*view_));
     }
-    if (symbols_ == 0) PrintNote(route_.name() + ": no symbol lies in the view " + ViewText(*view_));
   }
 
  private:
-  void OpenTargets() {
-    out_.emplace("--out", options_.out);
-    if (options_.picture) {
-      if (*options_.picture == "-") throw BadInput("--picture -: the picture needs a file of its own");
-      picture_.emplace("--picture", *options_.picture);
-      picture_->RefuseSameFileAs(*out_);
-    }
-    for (const std::optional<OutputTarget>* target : {&out_, &picture_}) {
-      if (!*target) continue;
-      (*target)->RefuseSameFileAs(route_);
-      if (area_) (*target)->RefuseSameFileAs(*area_);
-    }
-  }
-
-  /// Calls `consumer` with each line of the input, longitudes unwrapped.
-  template <class Consumer>
-  void ForEachRoute(const Consumer& consumer) {
-    Progress progress(route_.sizeBytes());
-    std::vector<tarvo::GeoCoordinate> points;
-    std::size_t lines = 0;
-    geometriesLeftOut_ = 0;
-    reader_.ForEachGeometry([&](const Geometry& geometry) {
-      if (geometry.type != GeometryType::kLineString && geometry.type != GeometryType::kMultiLineString) {
-        ++geometriesLeftOut_;
-      }
-      ForEachLine(geometry, points, [&] {
-        UnwrapLongitudes(points);
-        consumer(points);
-        ++lines;
-      });
-      progress.Update(reader_.bytesRead(), lines);
-    });
-    if (lines == 0) {
-      throw BadInput(
-          route_.name() + ": holds no line" +
-          (geometriesLeftOut_ == 0 ? "" : ", only " + Counted(geometriesLeftOut_, "other object")));
-    }
-  }
-
-  GeoRect HalvedBounds() {
-    route_.KeepForSecondPass();
-    BoundsCollector bounds;
-    ForEachRoute([&](const std::vector<tarvo::GeoCoordinate>& line) { bounds.Add(line); });
-    return bounds.HalvedAboutCentre();
-  }
-
-  void WritePiece(const RoutePiece& piece, std::size_t pieceIndex, GeoJsonWriter& writer,
-                  MapPicture* picture) {
-    if (picture != nullptr) picture->AddPiece(piece.points, routes_, pieceIndex);
+  void WritePiece(const RoutePiece& piece, std::size_t routeIndex, std::size_t pieceIndex,
+                  GeoJsonWriter& writer, MapPicture* picture) {
+    if (picture != nullptr) picture->AddPiece(piece.points, routeIndex, pieceIndex);
     for (const RouteSymbol& symbol : piece.symbols) {
       writer.StartPoint(symbol.position);
-      writer.Property("route", routes_);
+      writer.Property("route", routeIndex);
       writer.Property("piece", pieceIndex);
       writer.Property("metres", symbol.metresFromPieceStart);
       if (symbol.headingDegrees) {
@@ -206,26 +156,18 @@ class SymbolsRun {
       }
       writer.EndFeature();
       if (picture != nullptr) {
-        picture->AddArrow(symbol.position, symbol.headingDegrees, routes_, pieceIndex,
+        picture->AddArrow(symbol.position, symbol.headingDegrees, routeIndex, pieceIndex,
                           symbol.metresFromPieceStart);
       }
     }
-    symbols_ += piece.symbols.size();
-    ++pieces_;
-  }
-
-  std::string Title() const {
-    const std::string name =
-        options_.route == "-" ? route_.name() : std::filesystem::path(options_.route).filename().string();
-    constexpr std::size_t kTitleCharacters = 56;
-    return Shorten(OneLine(name), kTitleCharacters);
+    symbolCount_ += piece.symbols.size();
+    ++pieceCount_;
   }
 
   std::vector<std::string> Subtitles(const MapPicture& picture) const {
-    constexpr const char* kDot = " \xC2\xB7 ";
-    std::string counts = Counted(symbols_, "symbol") + ", one every " + std::to_string(spacingMetres_) +
-                         " m" + kDot + Counted(pieces_, "piece") + " in view" + kDot +
-                         Counted(routes_, "route");
+    std::string counts = Counted(symbolCount_, "symbol") + ", one every " + std::to_string(spacingMetres_) +
+                         " m" + kDot + Counted(pieceCount_, "piece") + " in view" + kDot +
+                         Counted(routeCount_, "route");
     if (area_) counts += std::string(kDot) + "in the area only";
     const MapProjection& projection = picture.projection();
     const Pixel upperLeft = projection.ToPixel({view_->min.longitude, view_->max.latitude});
@@ -244,16 +186,13 @@ class SymbolsRun {
 
   const Options& options_;
   int spacingMetres_;
-  TextSource route_;
-  GeoJsonReader reader_;
+  GeometryInput routes_;
   std::optional<GeoRect> view_;
   std::optional<TextSource> area_;
-  std::optional<OutputTarget> out_;
-  std::optional<OutputTarget> picture_;
-  std::size_t routes_ = 0;
-  std::size_t pieces_ = 0;
-  std::size_t symbols_ = 0;
-  std::size_t geometriesLeftOut_ = 0;
+  std::optional<CommandOutput> output_;
+  std::size_t routeCount_ = 0;
+  std::size_t pieceCount_ = 0;
+  std::size_t symbolCount_ = 0;
 };
 
 }  // namespace
@@ -282,12 +221,8 @@ Command AddSymbolsCommand(CLI::App& program) {
                    "as one other than the main route, and only symbols inside the\n"
                    "polygon are kept. Default: none, the main route")
       ->type_name("FILE");
-  arguments->add_option("--out", options->out, "Where the symbols go. Default: standard output")
-      ->type_name("FILE");
-  arguments
-      ->add_option("--picture", options->picture,
-                   "Also draw a map of route, view, pieces and symbols, as SVG.\nDefault: none")
-      ->type_name("FILE");
+  AddOutputOptions(*arguments, options->output, "Where the symbols go.",
+                   "Also draw a map of route, view, pieces and symbols, as SVG.");
   arguments
       ->add_flag("--verbose", options->verbose,
                  "Show the library's log records and elapsed times on standard error")

@@ -107,4 +107,11 @@ bool TextSource::GetIdentity(struct stat& identity) const {
   return descriptor_ >= 0 && fstat(descriptor_, &identity) == 0;
 }
 
+TextSource OpenInput(const std::string& path, const std::string& argument) {
+  if (path == "-" && isatty(STDIN_FILENO) == 1) {
+    throw BadInput("no " + argument + " is given, and standard input is a terminal");
+  }
+  return TextSource(path);
+}
+
 }  // namespace vorel::tool

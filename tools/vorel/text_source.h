@@ -62,6 +62,11 @@ class TextSource {
   Spool kept_;
 };
 
+/// The input that the user names on the command line.
+/// @param path      a file, or "-" for standard input, which is refused when it is a terminal
+/// @param argument  how the command's help calls the input, such as "LINE"
+TextSource OpenInput(const std::string& path, const std::string& argument);
+
 }  // namespace vorel::tool
 
 #endif  // VOREL_TOOLS_VOREL_TEXT_SOURCE_H_

@@ -12,6 +12,7 @@
 #include "tools/vorel/geojson_writer.h"
 #include "tools/vorel/geometry_input.h"
 #include "tools/vorel/map_picture.h"
+#include "tools/vorel/number_option.h"
 #include "tools/vorel/plain_text.h"
 #include "tools/vorel/progress.h"
 #include "tools/vorel/view.h"
@@ -59,7 +60,7 @@ class ThinRun {
  public:
   explicit ThinRun(const Options& options)
       : spacingMetres_(ParseMetres(options.spacing, "--spacing", true)),
-        pointLimit_(ParseWholeNumber(options.limit, "--limit", 0, kMostLimit)),
+        pointLimit_(ParseWhole(options.limit, "--limit", 0, kMostLimit)),
         lines_(options.line, "LINE", "line"),
         output_(options.output, {&lines_.source()}) {}
 
@@ -71,7 +72,7 @@ class ThinRun {
       legend.arrow.clear();
       legend.point = "point kept";
       legend.slenderPieces = true;
-      picture_.emplace(lines_.ReadLineBounds(), legend);
+      picture_.emplace(lines_.ReadLineBounds().Whole(), legend);
       picture_->SetPointSpacing(std::max(spacingMetres_, 1.0));
     }
     GeoJsonWriter writer(output_.out());
@@ -127,7 +128,7 @@ class ThinRun {
       for (const Line& segment : shifted) picture_->AddRoute(segment, routeCount_);
       if (thinned.size() > 1) picture_->AddPiece(thinned, routeCount_, 0);
       for (const tarvo::GeoCoordinate& point : thinned) {
-        picture_->AddPoint(point, true, {{"data-route", std::to_string(routeCount_)}});
+        picture_->AddDot(point, true, {{"data-route", std::to_string(routeCount_)}});
       }
     }
     if (kept.size() >= kCapPoints) {

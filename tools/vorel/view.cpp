@@ -2,12 +2,13 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cmath>
 #include <cstddef>
+#include <optional>
 #include <string_view>
 
 #include "tools/vorel/failure.h"
+#include "tools/vorel/number_option.h"
 #include "tools/vorel/plain_text.h"
 
 namespace vorel::tool {
@@ -58,12 +59,9 @@ GeoRect ParseView(const std::string& text, const std::string& option) {
     if (i + 1 == numbers.size() && field.find(',') != std::string_view::npos) {
       throw BadInput(label + "more than the four numbers W,S,E,N");
     }
-    const char* const begin = field.data() + (field.size() > 1 && field[0] == '+' ? 1 : 0);
-    const char* const fieldEnd = field.data() + field.size();
-    const auto [last, error] = std::from_chars(begin, fieldEnd, numbers[i]);
-    if (error != std::errc() || last != fieldEnd || !std::isfinite(numbers[i])) {
-      throw BadInput(label + "\"" + std::string(field) + "\" is not a number of degrees");
-    }
+    const std::optional<double> number = ReadNumber(field);
+    if (!number) throw BadInput(label + "\"" + std::string(field) + "\" is not a number of degrees");
+    numbers[i] = *number;
   }
   const auto [west, south, east, north] = numbers;
   for (const double longitude : {west, east}) {

@@ -17,18 +17,18 @@
 #include "../../../../../base/geodesy/distance.h"
 #undef Distance
 
-namespace testsupport {
+namespace vorel::test {
 
 /// Distances evaluated by the library in this program so far, on any line and in any form.
 inline std::size_t evaluatedDistances = 0;
 
-}  // namespace testsupport
+}  // namespace vorel::test
 
 namespace tarvo {
 namespace geodesy {
 
 inline double Distance(const GeoCoordinate& a, const GeoCoordinate& b) {
-  ++testsupport::evaluatedDistances;
+  ++vorel::test::evaluatedDistances;
   return UncountedDistance(a, b);
 }
 
