@@ -213,6 +213,14 @@ class ProjectionScan : public testing::TestWithParam<std::size_t> {
 INSTANTIATE_TEST_SUITE_P(All, ProjectionScan, testing::Values(2u, 4u),
                          [](const auto& test) { return "Lanes" + std::to_string(test.param); });
 
+TEST(ProjectionForms, AreFoundByTheirLanes) {
+  EXPECT_NE(vorel::internal::FindMeasureSegments(2), nullptr);
+  EXPECT_NE(vorel::internal::FindMeasureSegments(2), vorel::internal::FindMeasureSegments(4));
+  for (const std::size_t lanes : {0u, 1u, 3u, 5u}) {
+    EXPECT_EQ(vorel::internal::FindMeasureSegments(lanes), nullptr) << lanes << " lanes";
+  }
+}
+
 TEST_P(ProjectionScan, GridLinesOfEveryScale) {
   Numbers numbers(53031);
   for (int run = 0; run < 60000; ++run) {

@@ -3,10 +3,15 @@
 #include "map_utils/internal/segment_lengths.h"
 
 #include <gtest/gtest.h>
+#include <sys/mman.h>
+#include <unistd.h>
 
 #include <cmath>
 #include <cstddef>
+#include <memory>
+#include <new>
 #include <random>
+#include <stdexcept>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -97,7 +102,7 @@ template <class Point>
 void CheckSegments(const Point* points, std::size_t segmentCount) {
   const std::vector<double> expected = PlainLengths(points, segmentCount);
 
-  for (const double start : {0.0, -0.0, 1234.5678901, kNaN}) {
+  for (const double start : {0.0, -0.0, 1234.5678901, kNaN, kInfinity}) {
     SCOPED_TRACE(testing::Message() << "from " << start);
     std::vector<double> sums;
     double sum = start;
@@ -265,6 +270,58 @@ TEST_P(SegmentLengths, AtTheLimits) {
         CheckLine(line);
         if (HasFatalFailure()) return;
       }
+    }
+  }
+}
+
+/// Memory between two pages that must not be read.
+class GuardedMemory {
+ public:
+  GuardedMemory() : page_(static_cast<std::size_t>(sysconf(_SC_PAGESIZE))) {
+    void* memory = mmap(nullptr, 3 * page_, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (memory == MAP_FAILED) throw std::bad_alloc();
+    begin_ = static_cast<char*>(memory) + page_;
+    if (mprotect(begin_, page_, PROT_READ | PROT_WRITE) != 0) throw std::bad_alloc();
+  }
+  ~GuardedMemory() { munmap(begin_ - page_, 3 * page_); }
+  GuardedMemory(const GuardedMemory&) = delete;
+  GuardedMemory& operator=(const GuardedMemory&) = delete;
+
+  /// A copy of the line that starts where this memory does, or ends there.
+  template <class Point>
+  const Point* PutAtStart(const std::vector<Point>& line) {
+    return Put(line, begin_);
+  }
+  template <class Point>
+  const Point* PutAtEnd(const std::vector<Point>& line) {
+    return Put(line, begin_ + page_ - line.size() * sizeof(Point));
+  }
+
+ private:
+  template <class Point>
+  const Point* Put(const std::vector<Point>& line, char* place) {
+    if (line.size() * sizeof(Point) > page_) throw std::length_error("the line is longer than a page");
+    return std::uninitialized_copy(line.begin(), line.end(), reinterpret_cast<Point*>(place)) - line.size();
+  }
+
+  std::size_t page_;
+  char* begin_;
+};
+
+/// Neither beyond the last vertex of a line nor before its first one, near or not.
+TEST_P(SegmentLengths, ReadNoOtherVertices) {
+  GuardedMemory memory;
+  for (std::size_t vertexCount = 1; vertexCount <= 90; ++vertexCount) {
+    for (const bool isLastVertexValid : {true, false}) {
+      SCOPED_TRACE(testing::Message() << vertexCount << " vertices");
+      Line line = Road(vertexCount);
+      if (!isLastVertexValid) line.back().latitude = kNaN;
+      const LineZ lineZ = WithHeight(line);
+      CheckSegments(memory.PutAtStart(line), vertexCount - 1);
+      CheckSegments(memory.PutAtEnd(line), vertexCount - 1);
+      CheckSegments(memory.PutAtStart(lineZ), vertexCount - 1);
+      CheckSegments(memory.PutAtEnd(lineZ), vertexCount - 1);
+      if (HasFatalFailure()) return;
     }
   }
 }
