@@ -155,8 +155,8 @@ struct TwoLanes {
   }
 
   /// The segments from points[0] to points[1] and from points[kStride] to points[kStride + 1]: with a stride of 1 two
-  /// steps of a line, with 2 two pairs. The points may be pointers to points. Differences and sums are taken while a point's coordinates stand side by side;
-  /// that leaves three shuffles.
+  /// steps of a line, with 2 two pairs. The points may be pointers to points. Differences and sums are taken while a
+  /// point's coordinates stand side by side; that leaves three shuffles.
   template <std::size_t kStride, class Point>
   VOREL_LANES_INLINE Segments<Doubles> LoadSegments(const Point* points) {
     const Doubles start0 = LoadPoint(points[0]);

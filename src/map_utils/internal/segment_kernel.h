@@ -34,8 +34,8 @@ struct SegmentKernel {
   std::size_t (*storeSums)(const tarvo::GeoCoordinate* points, std::size_t segmentCount, double& metres,
                            double* sums);
   /// Adds to walk.metres. Stops also at the first segment with which the sum is at or beyond the limit, and leaves the
-  /// length of that one in walk.nextLength, which it does not touch otherwise. NaN is
-  /// beyond no limit, and nothing is beyond a limit of NaN.
+  /// length of that one in walk.nextLength, which it does not touch otherwise. A sum of NaN is beyond no limit, and
+  /// nothing is beyond a limit of NaN.
   std::size_t (*walk)(const tarvo::GeoCoordinate* points, std::size_t segmentCount, double limit,
                       LimitedWalk& walk);
   std::size_t (*walkZ)(const tarvo::GeoCoordinateZ* points, std::size_t segmentCount, double limit,

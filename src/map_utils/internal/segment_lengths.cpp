@@ -74,8 +74,8 @@ std::size_t WalkNear(const SegmentKernel& kernel, const GeoCoordinateZ* points, 
   return kernel.walkZ(points, count, limit, walk);
 }
 
-// Where the kernel stops, one vector of segments goes to the scalar distance before the kernel goes on. A few segments
-// go there at once.
+// Where the kernel stops, one vector of segments goes to the scalar distance before the kernel goes on. A walk of a few
+// segments goes there at once.
 
 template <class Point>
 inline LimitedWalk Walk(const Point* points, std::size_t segmentCount, double metres, double limit) {

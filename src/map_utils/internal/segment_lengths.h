@@ -16,10 +16,11 @@ namespace internal {
 // to the bit; how that comes about stands in segment_lengths_kernel.h. The widest form that the machine runs is chosen
 // at the first call.
 
-/// The distance of two points by a call, for all that is not measured in a tight loop: in place it takes some 400 bytes.
+/// The distance of two points by a call, for all that is not measured in a tight loop: in place it takes some 400
+/// bytes.
 double CalledDistance(const tarvo::GeoCoordinate& a, const tarvo::GeoCoordinate& b);
 
-/// Below this number of segments a plain loop over the scalar distance is as fast.
+/// Below this number of segments a walk goes by the scalar distance alone, which is as fast.
 constexpr std::size_t kFewSegments = 4;
 
 /// Most segments that a walk measures at a time, and the number it begins with: a walk that ends early has measured
@@ -45,9 +46,11 @@ void StorePairLengths(const tarvo::GeoCoordinate* const* points, std::size_t pai
 double StoreSegmentSums(const tarvo::GeoCoordinate* points, std::size_t segmentCount, double metres,
                         double* sums);
 
-/// Walks along the segments until `metres` plus their lengths, added one by one in order, is not below `limit`. A NaN ends
-/// the walk too, but not a limit of NaN. Hardly dearer than the bare sum; measures at most six vectors of segments in vain.
-/// @param metres  where the walk begins; below the limit, or any value where that is NaN
+/// Walks along the segments until `metres` plus their lengths, added one by one in order, is not below `limit`; a limit
+/// of NaN is never reached. A length of NaN ends the walk too. Where all segments are near it measures at most six
+/// vectors of them in vain.
+/// @param metres  where the walk begins; below the limit, or any value where that is NaN: then a walk that begins at NaN
+///                may end in any segment
 LimitedWalk WalkToLimit(const tarvo::GeoCoordinate* points, std::size_t segmentCount, double metres,
                         double limit);
 LimitedWalk WalkToLimit(const tarvo::GeoCoordinateZ* points, std::size_t segmentCount, double metres,
@@ -58,16 +61,17 @@ template <class Point>
 inline double AddSegmentLengths(const Point* points, std::size_t segmentCount, double length) {
   const LimitedWalk walk =
       WalkToLimit(points, segmentCount, length, std::numeric_limits<double>::quiet_NaN());
-  // Only a NaN ends it early.
+  // Only a NaN ends it early, which the whole sum is then as well.
   return walk.passed == segmentCount ? walk.metres : walk.metres + walk.nextLength;
 }
 
-/// Walks along the segments while `limit` > `metres` plus their lengths; a NaN ends it.
+/// Walks along the segments while `limit` > `metres` plus their lengths, added one by one in order; a NaN, also of
+/// `metres` or of the limit, ends it.
 template <class Point>
 inline LimitedWalk WalkSegmentsBelow(const Point* points, std::size_t segmentCount, double metres,
                                      double limit) {
   if (limit > metres) return WalkToLimit(points, segmentCount, metres, limit);
-  // No length is negative: what is not below the limit before the first segment is not behind it either.
+  // No length is negative: what is not below the limit before the first segment is not below it after that either.
   return {0, metres, segmentCount == 0 ? kNoLength : CalledDistance(points[0], points[1])};
 }
 

@@ -119,7 +119,7 @@ struct TwiceLanes {
 /// One vector begins while the one before it finishes: the chain of dependent operations of one vector is longer than
 /// what a processor looks ahead, so two halves of it that do not wait for one another fill its units better.
 ///
-/// The loop holds the only copy of the second half.
+/// The last vector goes through the loop as well, for a second copy of the code behind it would be long.
 template <class Lanes, std::size_t kStride = 1, class Point, class Take>
 VOREL_LANES_INLINE std::size_t MeasureNearSegments(const Point* points, std::size_t segmentCount, Take take) {
   if (segmentCount < Lanes::kCount) return 0;
@@ -141,7 +141,8 @@ VOREL_LANES_INLINE std::size_t MeasureNearSegments(const Point* points, std::siz
   }
 }
 
-/// The same without a branch in the loop, so that both halves can stand interleaved: it begins the last one again in vain.
+/// The same without a branch between the halves, so that they can stand interleaved: it begins the last vector once more
+/// in vain. For rows that vectors fill without a rest.
 template <class Lanes, std::size_t kStride = 1, class Point, class Take>
 VOREL_LANES_INLINE std::size_t MeasureNearPairs(const Point* points, std::size_t segmentCount, Take take) {
   if (segmentCount < Lanes::kCount) return 0;
@@ -249,7 +250,8 @@ class NearSegments {
 
   /// The sums never decrease, for no length is negative and rounding keeps the order: while the last one of a vector is
   /// below the limit, so are those before it, and one comparison per vector decides what one per segment would. Two
-  /// vectors side by side that come to the limit are measured again one by one.
+  /// vectors side by side that come to the limit are measured again one by one. No comparison with NaN holds: a limit of
+  /// NaN is not reached, nor is any by sums that begin at NaN.
   static std::size_t Walk(const Point* points, std::size_t segmentCount, double limit, LimitedWalk& walk) {
     AddBelowLimit begun{walk.metres, limit};
     std::size_t many = 0;
