@@ -78,8 +78,7 @@ MatchingRules ParseRules(const Options& options) {
 class MatchRun {
  public:
   explicit MatchRun(const Options& options)
-      : options_(options),
-        rules_(ParseRules(options)),
+      : rules_(ParseRules(options)),
         lanesSelection_(ParseSelection(options.lanesOnly, "--lanes-only")),
         traceSelection_(ParseSelection(options.traceOnly, "--trace-only")),
         lanesSource_(OpenLanes(options)),
@@ -206,7 +205,6 @@ class MatchRun {
     return text;
   }
 
-  const Options& options_;
   MatchingRules rules_;
   std::optional<LineSelection> lanesSelection_;
   std::optional<LineSelection> traceSelection_;
