@@ -20,7 +20,6 @@ using tarvo::GeoCoordinateZ;
 namespace {
 
 using internal::Best;
-using internal::Box;
 using internal::LongitudeScale;
 using internal::Offset;
 using internal::Projection;
@@ -111,9 +110,9 @@ bool ScanSegments(const ScanRules& rules, const GeoCoordinateZ& pos, const std::
         const bool mayCountAsFar = canFarSegmentsEndScan && maxDistance > best.distance;
         if (i == nextBlock) {
           while (!mayCountAsFar && i + Search::kBlock <= segmentCount) {
-            const Box box = surroundings.BoxAround(&line[i], Search::kBlock + 1);
-            if (!(box.lowerSquared > putOffBeyondSquared)) break;
-            putOff(i, box.lowerSquared);
+            const double lowerSquared = surroundings.LowerSquaredOfBox(&line[i], Search::kBlock + 1);
+            if (!(lowerSquared > putOffBeyondSquared)) break;
+            putOff(i, lowerSquared);
             i += Search::kBlock;
           }
           if (i >= segmentCount) break;

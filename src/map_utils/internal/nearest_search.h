@@ -181,7 +181,7 @@ class NearestSearch {
   void ForEachBlock(const Function& function) const {
     for (std::size_t i = first_; i + 1 < scan_.line.size();) {
       const std::size_t count = CountOfBlock(i);
-      function(i, count, scan_.surroundings.BoxAround(&scan_.line[i], count + 1).lowerSquared);
+      function(i, count, scan_.surroundings.LowerSquaredOfBox(&scan_.line[i], count + 1));
       i += count;
     }
   }

@@ -67,13 +67,6 @@ struct Offset {
   bool isInReach;  // of the bounds; false for NaN
 };
 
-/// The box around some vertices in a row as seen from the position.
-struct Box {
-  bool isInReach;       // of the bounds, and with it all points of the box
-  double reach;         // degrees
-  double lowerSquared;  // of the distance to any point of the box, square metres; 0 out of reach
-};
-
 enum class Answer { kNo, kYes, kUnknown };
 
 /// Cheap bounds of the distances about the position of a walk or a scan.
@@ -109,27 +102,26 @@ class Surroundings {
                                 Larger(std::fabs(start.longitude), std::fabs(end.longitude)));
   }
 
-  /// The box around `vertexCount` vertices, both coordinates at once. What LowerSquared says of the box around a segment
-  /// holds of any box. Out of reach with an invalid vertex.
-  __attribute__((noinline)) Box BoxAround(const tarvo::GeoCoordinateZ* vertices,
-                                          std::size_t vertexCount) const {
+  /// What LowerSquared says of the box around a segment, of the box around `vertexCount` vertices; 0 when one is out of reach.
+  /// A later vertex with a NaN is passed over: its segments have distances of NaN, which are neither nearer than another nor
+  /// far, and the box around the other vertices bounds the other segments.
+  __attribute__((noinline)) double LowerSquaredOfBox(const tarvo::GeoCoordinateZ* vertices,
+                                                     std::size_t vertexCount) const {
+    // Both coordinates at once.
     TwoDoubles lowest = LoadPoint(vertices[0]);
     TwoDoubles highest = lowest;
-    TwoDoubles sum = lowest;  // the least and the largest pass over NaN
     for (std::size_t k = 1; k < vertexCount; ++k) {
       const TwoDoubles vertex = LoadPoint(vertices[k]);
       lowest = TwoLanes::Smaller(vertex, lowest);
       highest = TwoLanes::Larger(vertex, highest);
-      sum += vertex;
     }
     const TwoDoubles pos = LoadPoint(pos_);
     const TwoDoubles toLowest = lowest - pos;
     const TwoDoubles toHighest = highest - pos;
     const TwoDoubles largest = TwoLanes::Larger(-toLowest, toHighest);
-    const double reach = Larger(largest[0], largest[1]);
-    if (!((reach <= reach_) & (sum[0] == sum[0]) & (sum[1] == sum[1]))) return {false, 0.0, 0.0};
+    if (!TwoLanes::InEach(TwoLanes::LessOrEqual(largest, TwoLanes::All(reach_)))) return 0.0;  // also for NaN
     const TwoDoubles least = TwoLanes::Larger(TwoLanes::Larger(toLowest, -toHighest), TwoLanes::All(0.0));
-    return {true, reach, bounds_.LowerSquared(least[1], least[0], reach)};
+    return bounds_.LowerSquared(least[1], least[0], Larger(largest[0], largest[1]));
   }
 
   /// Whether the segment is shorter than `metres`: what its `Distance` says, which is rarely asked.
