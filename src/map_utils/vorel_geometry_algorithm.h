@@ -1081,8 +1081,8 @@ class VOREL_EXPORT VorelGeometryAlgorithm {
   /// NaN: false, unless `maxDistance` exceeds the distance above: a segment with a NaN is never nearest and never far;
   /// a NaN `acceptDistance` accepts none, a NaN `maxDistance` gives false.
   /// Aliasing: `startIndex` may be `resultIndex`, which then holds the result.
-  /// Cost: one cosine; two distances per segment that may matter, a few comparisons for each other one, which may be
-  /// looked at twice.
+  /// Cost: one cosine; a distance per segment that may matter and per one of up to 11 neighbours measured along with it, a
+  /// second one where it is hardly longer than 0.01 m; a few comparisons for each other one, which may be looked at twice.
   static bool ProjectionPosToLinesDistance(const tarvo::GeoCoordinateZ& pos,
                                            const std::vector<tarvo::GeoCoordinateZ>& line, int& startIndex,
                                            int& resultIndex, double& ratio, double acceptDistance,
@@ -1122,7 +1122,7 @@ class VOREL_EXPORT VorelGeometryAlgorithm {
   /// NaN: false: a first segment of NaN distance is recorded, no other replaces it, and only an early accept gives
   /// true; a NaN `heading` or `headingTolerance` matches none.
   /// Aliasing: `startIndex` may be `resultIndex`, which then holds the result.
-  /// Cost: one cosine, one distance per segment scanned, and a bearing and a distance or more per nearer one: where
+  /// Cost: one cosine, one distance per segment scanned and of up to 3 beyond, and a bearing and a distance or more per nearer one: where
   /// very many points lie within half a metre the search for the heading's second point repeats for each.
   static bool ProjectionPosToLinesDistanceOrientation(const tarvo::GeoCoordinateZ& pos, double heading,
                                                       const std::vector<tarvo::GeoCoordinateZ>& line,

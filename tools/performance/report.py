@@ -68,7 +68,8 @@ def facts_about(runs, build, has_node):
         "repetitions": max(len(row["seconds"]) for row in rows),
         "system": re.sub(r'.*="?([^"]*)"?$', r"\1", first_line(["grep", "PRETTY_NAME", "/etc/os-release"])),
         "compiler": first_line([cached(build, "CMAKE_CXX_COMPILER"), "--version"]),
-        "flags": cached(build, "CMAKE_CXX_FLAGS_RELEASE") + " -ffp-contract=off -fno-math-errno",
+        "flags": cached(build, "CMAKE_CXX_FLAGS_RELEASE") + " -ffp-contract=off -fno-math-errno"
+                 " (and those that keep the library small, see cmake/VorelTarget.cmake and src/map_utils/CMakeLists.txt)",
         "vector_path": "the best vector path of the machine"
                        + (" and SSE2" if any(row["candidate"] == BASELINE for row in rows) else ""),
         "data": "generated lines" + (" and real ones" if any("real" in row["input"] for row in rows) else ""),
